@@ -1,0 +1,74 @@
+// The one hierarchy of exceptions of the system. Each carries the error number that the
+// engine would report (the numbers of the desktop database engine that family-tree files
+// come from, so that callers can react to a particular failure) and says in its text what
+// failed: the file, the statement or the field.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace folio {
+
+class Error : public std::runtime_error {
+public:
+    Error(int number, const std::string& message) : std::runtime_error(message), number_(number) {}
+    int number() const noexcept { return number_; }
+
+private:
+    int number_;
+};
+
+// Error numbers that the system raises and tests for.
+namespace err {
+inline constexpr int Overflow = 6;
+inline constexpr int TypeMismatch = 13;
+inline constexpr int InvalidUseOfNull = 94;
+inline constexpr int OperationNotSupported = 3251;
+inline constexpr int InvalidWithoutIndex = 3019;
+inline constexpr int UpdateWithoutEdit = 3020;
+inline constexpr int NoCurrentRecord = 3021;
+inline constexpr int FileNotFound = 3024;
+inline constexpr int CannotOpenFile = 3051;
+inline constexpr int FileInUse = 3045;
+inline constexpr int ReadOnly = 3027;
+inline constexpr int SyntaxError = 3000;
+inline constexpr int TableExists = 3010;
+inline constexpr int TableNotFound = 3078;
+inline constexpr int CharactersAfterStatement = 3142;
+inline constexpr int FieldTooSmall = 3163;
+inline constexpr int FieldNotUpdatable = 3164;
+inline constexpr int RecordDeleted = 3167;
+inline constexpr int FieldExists = 3191;
+inline constexpr int DatabaseExists = 3204;
+inline constexpr int InvalidPattern = 3220;
+inline constexpr int ItemNotFound = 3265;
+inline constexpr int IndexedField = 3280;
+inline constexpr int ZeroLengthString = 3315;
+inline constexpr int NotADatabase = 3343;
+inline constexpr int AlreadyOpen = 3356;
+inline constexpr int ObjectClosed = 3420;
+inline constexpr int ConversionError = 3421;
+inline constexpr int DiskFull = 3035;
+inline constexpr int EngineError = 3146;
+} // namespace err
+
+// A failure of the database layer. `file`, `statement` and `field` say where it happened;
+// any of them may be empty.
+class DatabaseError : public Error {
+public:
+    DatabaseError(int number, const std::string& message, std::string file = {},
+                  std::string statement = {}, std::string field = {})
+        : Error(number, message), file_(std::move(file)), statement_(std::move(statement)),
+          field_(std::move(field)) {}
+
+    const std::string& file() const noexcept { return file_; }
+    const std::string& statement() const noexcept { return statement_; }
+    const std::string& field() const noexcept { return field_; }
+
+private:
+    std::string file_;
+    std::string statement_;
+    std::string field_;
+};
+
+} // namespace folio

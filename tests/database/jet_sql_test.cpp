@@ -1,0 +1,86 @@
+#include "database/errors.h"
+#include "database/jet_sql.h"
+
+#include <gtest/gtest.h>
+
+using folio::jet::analyzeSelect;
+using folio::jet::translate;
+
+TEST(JetSql, TranslatesTheDialectOutsideStringLiterals) {
+    EXPECT_EQ(translate("Update Daten Set Markierung = 0 WHERE Lebt = TRUE ;"),
+              "Update Daten Set Markierung = 0 WHERE Lebt = -1 ;");
+    EXPECT_EQ(translate("UPDATE Daten SET OnlineabfrageDB = False"),
+              "UPDATE Daten SET OnlineabfrageDB = 0");
+    EXPECT_EQ(translate("DELETE * FROM navigation ;"), "DELETE  FROM navigation ;");
+    EXPECT_EQ(translate("delete   *   from x"), "delete      from x");
+    EXPECT_EQ(translate("SELECT a * 2 FROM x"), "SELECT a * 2 FROM x");
+    // Words inside strings and brackets stay as they are.
+    EXPECT_EQ(translate("SELECT * FROM t WHERE a = 'TRUE' AND [False] = 1"),
+              "SELECT * FROM t WHERE a = 'TRUE' AND [False] = 1");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE a = 'it''s #1#'"),
+              "SELECT * FROM t WHERE a = 'it''s #1#'");
+    // Strings in double quotes become SQL strings.
+    EXPECT_EQ(translate("SELECT * FROM t WHERE a = \"x'y\"\"z\""),
+              "SELECT * FROM t WHERE a = 'x''y\"z'");
+    // A field named Index, and "&" joining texts.
+    EXPECT_EQ(translate("SELECT Index, Mainindex FROM Ereignisdb WHERE Mainindex > -1"),
+              "SELECT \"Index\", Mainindex FROM Ereignisdb WHERE Mainindex > -1");
+    EXPECT_EQ(translate("CREATE INDEX x ON t (a)"), "CREATE INDEX x ON t (a)");
+    EXPECT_EQ(translate("SELECT a & 'x' FROM t"), "SELECT a || 'x' FROM t");
+    EXPECT_EQ(translate("SELECT [Daten].[Counter] FROM [Daten]"),
+              "SELECT [Daten].[Counter] FROM [Daten]");
+}
+
+TEST(JetSql, DateLiterals) {
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-4000#"), "SELECT * FROM t WHERE d = 767011");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d >= #12/31/1899#"), "SELECT * FROM t WHERE d >= 1");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-1900 12:00#"),
+              "SELECT * FROM t WHERE d = 2.5");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #2000-02-29#"),
+              "SELECT * FROM t WHERE d = 36585");
+    EXPECT_THROW(translate("SELECT * FROM t WHERE d = #13-1-2000#"), folio::DatabaseError);
+    EXPECT_THROW(translate("SELECT * FROM t WHERE d = #hello#"), folio::DatabaseError);
+    EXPECT_THROW(translate("SELECT * FROM t WHERE d = #1-1-2000"), folio::DatabaseError);
+}
+
+TEST(JetSql, RefusesASecondStatementAndUnterminatedLiterals) {
+    EXPECT_NO_THROW(translate("UPDATE t SET a = 1 ; "));
+    EXPECT_NO_THROW(translate("UPDATE t SET a = ';' ;;"));
+    try {
+        translate("UPDATE t SET a = 1; DELETE * FROM t");
+        FAIL() << "two statements passed";
+    } catch (const folio::DatabaseError& e) {
+        EXPECT_EQ(e.number(), folio::err::CharactersAfterStatement);
+        EXPECT_NE(std::string(e.what()).find("DELETE * FROM t"), std::string::npos);
+    }
+    EXPECT_THROW(translate("SELECT 'abc FROM t"), folio::DatabaseError);
+    EXPECT_THROW(translate("SELECT [abc FROM t"), folio::DatabaseError);
+}
+
+TEST(JetSql, ShapeOfSelects) {
+    auto s = analyzeSelect("Select * FROM Ereignis_DS WHERE Ziel = 5 ;");
+    EXPECT_TRUE(s.isSelect);
+    EXPECT_TRUE(s.updatable);
+    EXPECT_EQ(s.table, "Ereignis_DS");
+    EXPECT_EQ(s.qualifier, "Ereignis_DS");
+    EXPECT_EQ(s.selectList, "*");
+    EXPECT_EQ(s.rest, "WHERE Ziel = 5");
+
+    s = analyzeSelect("SELECT d.Counter, d.GIVN FROM [Daten] AS d ORDER BY d.GIVN");
+    EXPECT_TRUE(s.updatable);
+    EXPECT_EQ(s.table, "Daten");
+    EXPECT_EQ(s.qualifier, "d");
+    EXPECT_EQ(s.fromTable, "FROM [Daten] AS d ");
+    EXPECT_EQ(s.rest, "ORDER BY d.GIVN");
+
+    s = analyzeSelect("SELECT Counter FROM Daten d WHERE x IN (SELECT y FROM z, w)");
+    EXPECT_TRUE(s.updatable);
+    EXPECT_EQ(s.qualifier, "d");
+
+    EXPECT_FALSE(analyzeSelect("Select DISTINCT Ziel FROM Ereignis_DS WHERE Quelle = 1").updatable);
+    EXPECT_FALSE(analyzeSelect("SELECT count(*) FROM Daten").updatable);
+    EXPECT_FALSE(analyzeSelect("SELECT a FROM x, y").updatable);
+    EXPECT_FALSE(analyzeSelect("SELECT a FROM x INNER JOIN y ON x.a = y.a").updatable);
+    EXPECT_FALSE(analyzeSelect("SELECT Art FROM Ereignis GROUP BY Art").updatable);
+    EXPECT_FALSE(analyzeSelect("UPDATE x SET a = 1").isSelect);
+}
