@@ -54,6 +54,8 @@ Recordset::~Recordset() { Close(); }
 void Recordset::Close() {
     if (!db_)
         return;
+    seekStatements_.clear();
+    refetch_ = nullptr;
     statements_.clear();
     stream_ = nullptr;
     row_ = nullptr;
@@ -183,6 +185,8 @@ void Recordset::deriveFields(sqlite::Statement& stmt, int offset) {
 void Recordset::refreshSchema() {
     schemaChanged_ = false;
     statements_.clear();
+    seekStatements_.clear();
+    refetch_ = nullptr;
     stream_ = nullptr;
     streamOnRow_ = false;
     row_ = nullptr;
@@ -319,8 +323,11 @@ void Recordset::moveToIndex(std::size_t index) {
 void Recordset::freshen() {
     if (row_ && rowGeneration_ == db_->writeGeneration())
         return;
-    sqlite::Statement& stmt = cached(selectSql_ + " WHERE " + quoteIdentifier(qualifier_) +
-                                     ".rowid = ?1");
+    if (!refetch_)
+        refetch_ = &cached(selectSql_ + " WHERE " + quoteIdentifier(qualifier_) + ".rowid = ?1");
+    else
+        refetch_->reset();
+    sqlite::Statement& stmt = *refetch_;
     stmt.bindInt(1, rowid_);
     if (!stmt.step())
         throw DatabaseError(err::RecordDeleted, "The record was deleted from '" + table_ + "'",
@@ -441,6 +448,8 @@ void Recordset::Requery() {
         return;
     }
     statements_.clear();
+    seekStatements_.clear();
+    refetch_ = nullptr;
     stream_ = nullptr;
     row_ = nullptr;
     openDynaset(std::string(querySql_));
@@ -465,6 +474,8 @@ void Recordset::Index(std::string_view name) {
                             db_->Name(), source_);
     indexName_ = index->Name;
     indexColumns_ = index->Fields;
+    seekStatements_.clear();
+    refetch_ = nullptr;
     indexFields_.clear();
     for (const std::string& c : indexColumns_)
         indexFields_.push_back(info.fieldIndex(c));
@@ -494,20 +505,7 @@ void Recordset::Seek(std::string_view comparison, const std::vector<Value>& keys
                                 std::to_string(indexColumns_.size()) + " key values",
                             db_->Name(), source_);
     cancelEdit();
-    const bool ascending = comparison[0] != '<';
-    std::string sql = selectSql_ + " WHERE ";
-    if (keys.size() == 1) {
-        sql += quoteIdentifier(indexColumns_[0]) + " " + std::string(comparison) + " ?1";
-    } else {
-        std::string lhs, rhs;
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            lhs += (i ? ", " : "") + quoteIdentifier(indexColumns_[i]);
-            rhs += (i ? ", ?" : "?") + std::to_string(i + 1);
-        }
-        sql += "(" + lhs + ") " + std::string(comparison) + " (" + rhs + ")";
-    }
-    sql += orderBy(ascending) + " LIMIT 1";
-    sqlite::Statement& stmt = cached(sql);
+    sqlite::Statement& stmt = seekStatement(comparison, keys.size());
     for (std::size_t i = 0; i < keys.size(); ++i)
         stmt.bind(static_cast<int>(i + 1), keys[i]);
     stream_ = nullptr;
@@ -519,6 +517,35 @@ void Recordset::Seek(std::string_view comparison, const std::vector<Value>& keys
         leaveRow(At::None);
         noMatch_ = true;
     }
+}
+
+// The statement of a Seek, made once per comparison and number of keys.
+sqlite::Statement& Recordset::seekStatement(std::string_view comparison, std::size_t keyCount) {
+    static constexpr std::string_view comparisons[] = {"=", ">=", ">", "<=", "<"};
+    const std::size_t op = static_cast<std::size_t>(
+        std::find(std::begin(comparisons), std::end(comparisons), comparison) -
+        std::begin(comparisons));
+    const std::size_t slot = op * 8 + keyCount - 1;
+    if (seekStatements_.size() <= slot)
+        seekStatements_.resize(slot + 1, nullptr);
+    if (seekStatements_[slot]) {
+        seekStatements_[slot]->reset();
+        return *seekStatements_[slot];
+    }
+    std::string sql = selectSql_ + " WHERE ";
+    if (keyCount == 1) {
+        sql += quoteIdentifier(indexColumns_[0]) + " " + std::string(comparison) + " ?1";
+    } else {
+        std::string lhs, rhs;
+        for (std::size_t i = 0; i < keyCount; ++i) {
+            lhs += (i ? ", " : "") + quoteIdentifier(indexColumns_[i]);
+            rhs += (i ? ", ?" : "?") + std::to_string(i + 1);
+        }
+        sql += "(" + lhs + ") " + std::string(comparison) + " (" + rhs + ")";
+    }
+    sql += orderBy(comparison[0] != '<') + " LIMIT 1";
+    seekStatements_[slot] = &cached(sql);
+    return *seekStatements_[slot];
 }
 
 bool Recordset::find(std::string_view criterion, std::size_t from) {

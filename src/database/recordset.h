@@ -125,6 +125,7 @@ private:
     void drain();
     void moveToIndex(std::size_t index);
     bool find(std::string_view criterion, std::size_t from);
+    sqlite::Statement& seekStatement(std::string_view comparison, std::size_t keyCount);
     // Writes.
     void writeUpdate();
     void writeInsert();
@@ -174,7 +175,10 @@ private:
     enum class EditMode { None, Edit, AddNew } editMode_ = EditMode::None;
     std::vector<std::optional<Value>> buffer_;
 
+    // Every statement of the recordset, made once; the pointers below point into it.
     std::map<std::string, sqlite::Statement> statements_;
+    std::vector<sqlite::Statement*> seekStatements_; // by comparison and number of keys
+    sqlite::Statement* refetch_ = nullptr;            // reads the row of a rowid
 };
 
 } // namespace folio::dao
