@@ -21,8 +21,8 @@ Collator openCollator() {
     UErrorCode status = U_ZERO_ERROR;
     Collator collator(ucol_open("de", &status));
     if (U_FAILURE(status))
-        throw Error(err::EngineError, std::string("Cannot open the German collation: ") +
-                                          u_errorName(status));
+        throw Error(err::EngineError,
+                    std::string("Cannot open the German collation: ") + u_errorName(status));
     ucol_setStrength(collator.get(), UCOL_SECONDARY); // case doesn't count, accents do
     return collator;
 }
@@ -44,9 +44,13 @@ int collate(void* collator, int n1, const void* s1, int n2, const void* s2) {
     return compareWith(static_cast<UCollator*>(collator), n1, s1, n2, s2);
 }
 
-void destroyCollator(void* collator) { ucol_close(static_cast<UCollator*>(collator)); }
+void destroyCollator(void* collator) {
+    ucol_close(static_cast<UCollator*>(collator));
+}
 
-void destroyPattern(void* pattern) { delete static_cast<jet::LikePattern*>(pattern); }
+void destroyPattern(void* pattern) {
+    delete static_cast<jet::LikePattern*>(pattern);
+}
 
 // like(pattern, text), which SQLite calls for "text LIKE pattern". The compiled pattern
 // is kept with the statement, so a LIKE over many rows compiles its pattern once.
@@ -88,8 +92,8 @@ void setUpConnection(sqlite::Connection& connection) {
     rc = sqlite3_create_function_v2(db, "like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
                                     likeFunction, nullptr, nullptr, nullptr);
     if (rc == SQLITE_OK)
-        rc = sqlite3_create_function_v2(db, "like", 3, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
-                                        nullptr, likeFunction, nullptr, nullptr, nullptr);
+        rc = sqlite3_create_function_v2(db, "like", 3, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                                        likeFunction, nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK)
         sqlite::raise(db, rc, connection.path(), "LIKE");
     sqlite3_busy_timeout(db, 2000);

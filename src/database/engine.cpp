@@ -65,8 +65,9 @@ std::vector<std::string> checkedColumns(std::string_view createSql) {
         if (depth < 1)
             continue;
         if (depth == 1 && first) {
-            current = t.kind == jet::TokenKind::Word ? std::string(t.text)
-                                                     : std::string(t.text.substr(1, t.text.size() - 2));
+            current = t.kind == jet::TokenKind::Word
+                          ? std::string(t.text)
+                          : std::string(t.text.substr(1, t.text.size() - 2));
             current = lowerAscii(current);
             first = false;
         } else if (t.kind == jet::TokenKind::Word && equalsNoCase(t.text, "CHECK")) {
@@ -165,7 +166,8 @@ void TableDef::AppendField(const FieldDef& f) {
 void TableDef::DeleteField(std::string_view name) {
     const FieldDef f = field(name);
     if (!db_) {
-        std::erase_if(pendingFields_, [&](const FieldDef& p) { return equalsNoCase(p.Name, name); });
+        std::erase_if(pendingFields_,
+                      [&](const FieldDef& p) { return equalsNoCase(p.Name, name); });
         return;
     }
     for (const IndexDef& index : Indexes())
@@ -176,9 +178,8 @@ void TableDef::DeleteField(std::string_view name) {
                                         "' is part of the index '" + index.Name +
                                         "' and can't be deleted",
                                     db_->Name(), {}, f.Name);
-    attached().executeSchemaChange("ALTER TABLE " + quoteIdentifier(name_) + " DROP COLUMN " +
-                                       quoteIdentifier(f.Name),
-                                   name_);
+    attached().executeSchemaChange(
+        "ALTER TABLE " + quoteIdentifier(name_) + " DROP COLUMN " + quoteIdentifier(f.Name), name_);
 }
 
 void TableDef::RenameField(std::string_view name, const std::string& newName) {
@@ -194,8 +195,7 @@ void TableDef::RenameField(std::string_view name, const std::string& newName) {
         return;
     }
     attached().executeSchemaChange("ALTER TABLE " + quoteIdentifier(name_) + " RENAME COLUMN " +
-                                       quoteIdentifier(f.Name) + " TO " +
-                                       quoteIdentifier(newName),
+                                       quoteIdentifier(f.Name) + " TO " + quoteIdentifier(newName),
                                    name_);
 }
 
@@ -205,8 +205,8 @@ void TableDef::AppendIndex(const IndexDef& index) {
                             "The index '" + index.Name + "' of table '" + name_ + "' has no field");
     for (const IndexDef& existing : Indexes())
         if (equalsNoCase(existing.Name, index.Name))
-            throw DatabaseError(err::FieldExists, "The index '" + name_ + "." + index.Name +
-                                                      "' already exists");
+            throw DatabaseError(err::FieldExists,
+                                "The index '" + name_ + "." + index.Name + "' already exists");
     for (const std::string& col : index.Fields)
         field(col); // raises for a field that doesn't exist
     if (!db_) {
@@ -222,8 +222,8 @@ void TableDef::DeleteIndex(std::string_view name) {
                            [&](const IndexDef& i) { return equalsNoCase(i.Name, name); });
     if (it == indexes.end())
         throw DatabaseError(err::ItemNotFound, "Item not found in this collection: the table '" +
-                                                   name_ + "' has no index '" +
-                                                   std::string(name) + "'");
+                                                   name_ + "' has no index '" + std::string(name) +
+                                                   "'");
     if (!db_) {
         std::erase_if(pendingIndexes_,
                       [&](const IndexDef& i) { return equalsNoCase(i.Name, name); });
@@ -244,9 +244,8 @@ void TableDef::Rename(const std::string& newName) {
                             db.Name());
     const std::vector<IndexDef> indexes = Indexes();
     Transaction t(db);
-    db.executeSchemaChange("ALTER TABLE " + quoteIdentifier(name_) + " RENAME TO " +
-                               quoteIdentifier(newName),
-                           name_);
+    db.executeSchemaChange(
+        "ALTER TABLE " + quoteIdentifier(name_) + " RENAME TO " + quoteIdentifier(newName), name_);
     // The indexes carry the table's name in theirs.
     for (const IndexDef& index : indexes) {
         db.executeSchemaChange("DROP INDEX " + quoteIdentifier(indexObjectName(name_, index.Name)),
@@ -262,7 +261,9 @@ void TableDef::Rename(const std::string& newName) {
 Database::Database(Workspace* workspace, std::string path, sqlite::Connection connection)
     : workspace_(workspace), path_(std::move(path)), connection_(std::move(connection)) {}
 
-Database::~Database() { Close(); }
+Database::~Database() {
+    Close();
+}
 
 sqlite::Connection& Database::connection() {
     if (!connection_.isOpen())
@@ -290,7 +291,9 @@ void Database::Close() {
     workspace_ = nullptr;
 }
 
-void Database::unregisterRecordset(Recordset* rs) { std::erase(recordsets_, rs); }
+void Database::unregisterRecordset(Recordset* rs) {
+    std::erase(recordsets_, rs);
+}
 
 std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view source, RecordsetType type) {
     connection();
@@ -300,8 +303,8 @@ std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view source, Reco
     if (!table.empty()) {
         if (!hasTable(table))
             throw DatabaseError(err::TableNotFound,
-                                "The table '" + table + "' doesn't exist in '" + path_ + "'",
-                                path_, std::string(source));
+                                "The table '" + table + "' doesn't exist in '" + path_ + "'", path_,
+                                std::string(source));
         if (type == RecordsetType::Dynaset)
             rs->openDynaset("SELECT * FROM " + quoteIdentifier(tableInfo(table).name));
         else
@@ -379,13 +382,16 @@ std::vector<std::string> Database::TableNames() const {
 bool Database::hasTable(std::string_view name) const {
     if (tables_.count(lowerAscii(name)))
         return true;
-    sqlite::Statement stmt(connection_,
-                           "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1 COLLATE NOCASE");
+    sqlite::Statement stmt(
+        connection_,
+        "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1 COLLATE NOCASE");
     stmt.bind(1, Value(name));
     return stmt.step();
 }
 
-TableDef Database::tableDef(std::string_view name) { return TableDef(this, tableInfo(name).name); }
+TableDef Database::tableDef(std::string_view name) {
+    return TableDef(this, tableInfo(name).name);
+}
 
 void Database::AppendTableDef(TableDef& def) {
     connection();
@@ -433,10 +439,9 @@ TableInfo Database::loadTableInfo(std::string_view table) {
                                   "name = ?1 COLLATE NOCASE");
         stmt.bind(1, Value(table));
         if (!stmt.step())
-            throw DatabaseError(err::TableNotFound,
-                                "The table '" + std::string(table) + "' doesn't exist in '" +
-                                    path_ + "'",
-                                path_);
+            throw DatabaseError(
+                err::TableNotFound,
+                "The table '" + std::string(table) + "' doesn't exist in '" + path_ + "'", path_);
         info.name = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 0));
         createSql = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 1));
     }
@@ -447,11 +452,12 @@ TableInfo Database::loadTableInfo(std::string_view table) {
         while (stmt.step()) {
             FieldDef f;
             f.Name = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 0));
-            const char* declared = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 1));
+            const char* declared =
+                reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 1));
             f.Type = typeFromDeclared(declared ? declared : "", f.Size);
-            f.AllowZeroLength = isTextType(f.Type) &&
-                                std::find(checked.begin(), checked.end(), lowerAscii(f.Name)) ==
-                                    checked.end();
+            f.AllowZeroLength =
+                isTextType(f.Type) &&
+                std::find(checked.begin(), checked.end(), lowerAscii(f.Name)) == checked.end();
             info.fields.push_back(std::move(f));
         }
     }
@@ -460,18 +466,21 @@ TableInfo Database::loadTableInfo(std::string_view table) {
                                  "tbl_name = ?1 AND sql IS NOT NULL ORDER BY rowid");
     indexes.bind(1, Value(info.name));
     while (indexes.step()) {
-        const std::string name = reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 0));
+        const std::string name =
+            reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 0));
         if (!lowerAscii(name).starts_with(prefix))
             continue;
         IndexDef index;
         index.Name = name.substr(prefix.size());
-        const std::string sql = reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 1));
+        const std::string sql =
+            reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 1));
         index.Unique = upperAscii(sql).starts_with("CREATE UNIQUE");
         index.Primary = index.Unique && equalsNoCase(index.Name, "PrimaryKey");
         sqlite::Statement cols(c, "SELECT name FROM pragma_index_info(?1) ORDER BY seqno");
         cols.bind(1, Value(name));
         while (cols.step())
-            index.Fields.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(cols.get(), 0)));
+            index.Fields.emplace_back(
+                reinterpret_cast<const char*>(sqlite3_column_text(cols.get(), 0)));
         info.indexes.push_back(std::move(index));
     }
     return info;
@@ -506,8 +515,11 @@ void Database::Rollback() {
     if (transactionDepth_ == 0)
         throw DatabaseError(err::EngineError, "Rollback without a transaction in '" + path_ + "'",
                             path_);
-    for (Recordset* rs : recordsets_)
+    // A rolled-back schema change is undone too: every cursor reads its fields anew.
+    for (Recordset* rs : recordsets_) {
         rs->releaseStatements();
+        rs->schemaChanged_ = true;
+    }
     if (transactionDepth_ == 1) {
         connection_.exec("ROLLBACK");
     } else {
@@ -538,7 +550,9 @@ void Transaction::commit() {
 
 // --- Workspace and engine ----------------------------------------------------------------
 
-Workspace::~Workspace() { Close(); }
+Workspace::~Workspace() {
+    Close();
+}
 
 void Workspace::Close() {
     while (!databases_.empty()) {
@@ -547,7 +561,9 @@ void Workspace::Close() {
     }
 }
 
-void Workspace::unregisterDatabase(Database* db) { std::erase(databases_, db); }
+void Workspace::unregisterDatabase(Database* db) {
+    std::erase(databases_, db);
+}
 
 namespace {
 
@@ -599,7 +615,9 @@ std::unique_ptr<Database> Workspace::CreateDatabase(const std::string& path) {
     return db;
 }
 
-DBEngine::DBEngine() { workspaces_.push_back(std::make_unique<Workspace>("#Default Workspace#")); }
+DBEngine::DBEngine() {
+    workspaces_.push_back(std::make_unique<Workspace>("#Default Workspace#"));
+}
 
 std::vector<Workspace*> DBEngine::Workspaces() const {
     std::vector<Workspace*> out;
@@ -610,8 +628,8 @@ std::vector<Workspace*> DBEngine::Workspaces() const {
 
 Workspace& DBEngine::workspace(std::size_t index) const {
     if (index >= workspaces_.size())
-        throw DatabaseError(err::ItemNotFound,
-                            "Item not found in this collection: workspace " + std::to_string(index));
+        throw DatabaseError(err::ItemNotFound, "Item not found in this collection: workspace " +
+                                                   std::to_string(index));
     return *workspaces_[index];
 }
 
@@ -668,8 +686,8 @@ void DBEngine::RepairDatabase(const std::string& path) {
             report += (report.empty() ? "" : "; ") + line;
     }
     if (!report.empty())
-        throw DatabaseError(err::NotADatabase,
-                            "The database '" + path + "' is damaged: " + report, path);
+        throw DatabaseError(err::NotADatabase, "The database '" + path + "' is damaged: " + report,
+                            path);
 }
 
 DBEngine& engine() {

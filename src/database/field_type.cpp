@@ -6,34 +6,54 @@
 
 namespace folio {
 
-bool isTextType(FieldType t) { return t == FieldType::Text || t == FieldType::Memo; }
+bool isTextType(FieldType t) {
+    return t == FieldType::Text || t == FieldType::Memo;
+}
 
 int fixedSize(FieldType t) {
     switch (t) {
-    case FieldType::Boolean: return 1;
-    case FieldType::Byte: return 1;
-    case FieldType::Integer: return 2;
-    case FieldType::Long: return 4;
-    case FieldType::Currency: return 8;
-    case FieldType::Double: return 8;
-    case FieldType::DateTime: return 8;
-    case FieldType::Text: return 50;
-    case FieldType::Memo: return 0;
+    case FieldType::Boolean:
+        return 1;
+    case FieldType::Byte:
+        return 1;
+    case FieldType::Integer:
+        return 2;
+    case FieldType::Long:
+        return 4;
+    case FieldType::Currency:
+        return 8;
+    case FieldType::Double:
+        return 8;
+    case FieldType::DateTime:
+        return 8;
+    case FieldType::Text:
+        return 50;
+    case FieldType::Memo:
+        return 0;
     }
     return 0;
 }
 
 std::string declaredType(FieldType t, int size) {
     switch (t) {
-    case FieldType::Boolean: return "BOOLEAN";
-    case FieldType::Byte: return "BYTE";
-    case FieldType::Integer: return "SHORT";
-    case FieldType::Long: return "LONG";
-    case FieldType::Currency: return "CURRENCY";
-    case FieldType::Double: return "DOUBLE";
-    case FieldType::DateTime: return "DATETIME";
-    case FieldType::Text: return "TEXT(" + std::to_string(size > 0 ? size : 50) + ")";
-    case FieldType::Memo: return "LONGTEXT";
+    case FieldType::Boolean:
+        return "BOOLEAN";
+    case FieldType::Byte:
+        return "BYTE";
+    case FieldType::Integer:
+        return "SHORT";
+    case FieldType::Long:
+        return "LONG";
+    case FieldType::Currency:
+        return "CURRENCY";
+    case FieldType::Double:
+        return "DOUBLE";
+    case FieldType::DateTime:
+        return "DATETIME";
+    case FieldType::Text:
+        return "TEXT(" + std::to_string(size > 0 ? size : 50) + ")";
+    case FieldType::Memo:
+        return "LONGTEXT";
     }
     return "LONGTEXT";
 }
@@ -76,15 +96,24 @@ FieldType typeFromDeclared(std::string_view declared, int& size) {
 
 const char* typeName(FieldType t) {
     switch (t) {
-    case FieldType::Boolean: return "Boolean";
-    case FieldType::Byte: return "Byte";
-    case FieldType::Integer: return "Integer";
-    case FieldType::Long: return "Long";
-    case FieldType::Currency: return "Currency";
-    case FieldType::Double: return "Double";
-    case FieldType::DateTime: return "Date/Time";
-    case FieldType::Text: return "Text";
-    case FieldType::Memo: return "Memo";
+    case FieldType::Boolean:
+        return "Boolean";
+    case FieldType::Byte:
+        return "Byte";
+    case FieldType::Integer:
+        return "Integer";
+    case FieldType::Long:
+        return "Long";
+    case FieldType::Currency:
+        return "Currency";
+    case FieldType::Double:
+        return "Double";
+    case FieldType::DateTime:
+        return "Date/Time";
+    case FieldType::Text:
+        return "Text";
+    case FieldType::Memo:
+        return "Memo";
     }
     return "?";
 }

@@ -36,10 +36,14 @@ std::u32string foldedCodePoints(std::string_view s) {
 
 bool LikePattern::Item::accepts(char32_t c) const {
     switch (kind) {
-    case Kind::Star: return true;
-    case Kind::Any: return true;
-    case Kind::Digit: return c >= U'0' && c <= U'9';
-    case Kind::Char: return c == ch;
+    case Kind::Star:
+        return true;
+    case Kind::Any:
+        return true;
+    case Kind::Digit:
+        return c >= U'0' && c <= U'9';
+    case Kind::Char:
+        return c == ch;
     case Kind::Set:
         for (auto [lo, hi] : ranges)
             if (c >= lo && c <= hi)
@@ -60,8 +64,12 @@ LikePattern::LikePattern(std::string_view pattern) {
             if (!items_.empty() && items_.back().kind == Item::Kind::Star)
                 continue;
             break;
-        case U'?': item.kind = Item::Kind::Any; break;
-        case U'#': item.kind = Item::Kind::Digit; break;
+        case U'?':
+            item.kind = Item::Kind::Any;
+            break;
+        case U'#':
+            item.kind = Item::Kind::Digit;
+            break;
         case U'[': {
             const std::size_t close = p.find(U']', i + 1);
             if (close == std::u32string::npos)
@@ -85,7 +93,9 @@ LikePattern::LikePattern(std::string_view pattern) {
             i = close;
             break;
         }
-        default: item.ch = p[i]; break;
+        default:
+            item.ch = p[i];
+            break;
         }
         items_.push_back(std::move(item));
     }

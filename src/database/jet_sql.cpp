@@ -12,16 +12,20 @@ namespace folio::jet {
 namespace {
 
 [[noreturn]] void syntax(const std::string& what, std::string_view sql) {
-    throw DatabaseError(err::SyntaxError, "Syntax error in SQL: " + what + "; statement: " +
-                                              std::string(sql),
-                        {}, std::string(sql));
+    throw DatabaseError(err::SyntaxError,
+                        "Syntax error in SQL: " + what + "; statement: " + std::string(sql), {},
+                        std::string(sql));
 }
 
 bool isWordStart(unsigned char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c >= 0x80;
 }
-bool isWordChar(unsigned char c) { return isWordStart(c) || (c >= '0' && c <= '9') || c == '$'; }
-bool isDigit(unsigned char c) { return c >= '0' && c <= '9'; }
+bool isWordChar(unsigned char c) {
+    return isWordStart(c) || (c >= '0' && c <= '9') || c == '$';
+}
+bool isDigit(unsigned char c) {
+    return c >= '0' && c <= '9';
+}
 
 // End of a literal that starts at `i` with `close`, where a doubled `close` stands for itself.
 std::size_t literalEnd(std::string_view sql, std::size_t i, char close, bool doubling) {
@@ -151,8 +155,9 @@ std::string translate(std::string_view sql) {
             else if (equalsNoCase(t.text, "FALSE"))
                 out += "0";
             else if (equalsNoCase(t.text, "INDEX") &&
-                     !(previous && (isKeyword(*previous, "CREATE") ||
-                                    isKeyword(*previous, "UNIQUE") || isKeyword(*previous, "DROP"))))
+                     !(previous &&
+                       (isKeyword(*previous, "CREATE") || isKeyword(*previous, "UNIQUE") ||
+                        isKeyword(*previous, "DROP"))))
                 out += quoteIdentifier(t.text); // a field named Index
             else
                 out += t.text;
@@ -187,7 +192,9 @@ std::string translate(std::string_view sql) {
                 ended = true;
             out += t.text == "&" ? std::string_view("||") : t.text;
             break;
-        default: out += t.text; break;
+        default:
+            out += t.text;
+            break;
         }
         previous = &t;
     }
@@ -202,11 +209,13 @@ std::string unquoteName(const Token& t) {
     return std::string(t.text);
 }
 
-bool isName(const Token& t) { return t.kind == TokenKind::Word || t.kind == TokenKind::Quoted; }
+bool isName(const Token& t) {
+    return t.kind == TokenKind::Word || t.kind == TokenKind::Quoted;
+}
 
 bool isClauseWord(const Token& t) {
-    static constexpr std::string_view words[] = {"WHERE", "ORDER", "GROUP",  "HAVING", "UNION",
-                                                 "LIMIT", "JOIN",  "INNER",  "LEFT",   "RIGHT",
+    static constexpr std::string_view words[] = {"WHERE", "ORDER", "GROUP",  "HAVING",   "UNION",
+                                                 "LIMIT", "JOIN",  "INNER",  "LEFT",     "RIGHT",
                                                  "CROSS", "ON",    "EXCEPT", "INTERSECT"};
     for (std::string_view w : words)
         if (isKeyword(t, w))
@@ -215,8 +224,8 @@ bool isClauseWord(const Token& t) {
 }
 
 bool isAggregate(const Token& t) {
-    static constexpr std::string_view words[] = {"COUNT", "SUM",   "AVG",   "MIN",         "MAX",
-                                                 "FIRST", "LAST",  "TOTAL", "GROUP_CONCAT"};
+    static constexpr std::string_view words[] = {"COUNT", "SUM",  "AVG",   "MIN",         "MAX",
+                                                 "FIRST", "LAST", "TOTAL", "GROUP_CONCAT"};
     for (std::string_view w : words)
         if (isKeyword(t, w))
             return true;
@@ -258,8 +267,8 @@ SelectShape analyzeSelect(std::string_view sql) {
     }
     if (from == 0 || from + 1 >= sig.size() || !isName(all[sig[from + 1]]))
         return shape;
-    shape.selectList = std::string(trimBlanks(sql.substr(offset(sig[0]) + 6,
-                                                          offset(sig[from]) - offset(sig[0]) - 6)));
+    shape.selectList = std::string(
+        trimBlanks(sql.substr(offset(sig[0]) + 6, offset(sig[from]) - offset(sig[0]) - 6)));
     shape.table = unquoteName(all[sig[from + 1]]);
     shape.qualifier = shape.table;
     std::size_t next = from + 2; // behind the table name
@@ -273,9 +282,9 @@ SelectShape analyzeSelect(std::string_view sql) {
     const std::size_t restStart = next < sig.size() ? offset(sig[next]) : sql.size();
     shape.fromTable = std::string(sql.substr(offset(sig[from]), restStart - offset(sig[from])));
     shape.rest = std::string(sql.substr(restStart));
-    while (!shape.rest.empty() && (shape.rest.back() == ';' || shape.rest.back() == ' ' ||
-                                   shape.rest.back() == '\n' || shape.rest.back() == '\r' ||
-                                   shape.rest.back() == '\t'))
+    while (!shape.rest.empty() &&
+           (shape.rest.back() == ';' || shape.rest.back() == ' ' || shape.rest.back() == '\n' ||
+            shape.rest.back() == '\r' || shape.rest.back() == '\t'))
         shape.rest.pop_back();
 
     depth = 0;

@@ -43,12 +43,12 @@ double dateLiteralValue(std::string_view inside);
 // of one table (so that they can be written back), and the pieces to re-read one row.
 struct SelectShape {
     bool isSelect = false;
-    bool updatable = false;  // one base table; no DISTINCT, GROUP BY, aggregate, join, union
-    std::string table;       // the base table, as named in the FROM clause, unquoted
-    std::string qualifier;   // how the statement refers to it: its alias, else its name
-    std::string selectList;  // text between SELECT and FROM
-    std::string fromTable;   // "FROM <table> [AS alias]"
-    std::string rest;        // everything behind the table: WHERE ..., ORDER BY ...
+    bool updatable = false; // one base table; no DISTINCT, GROUP BY, aggregate, join, union
+    std::string table;      // the base table, as named in the FROM clause, unquoted
+    std::string qualifier;  // how the statement refers to it: its alias, else its name
+    std::string selectList; // text between SELECT and FROM
+    std::string fromTable;  // "FROM <table> [AS alias]"
+    std::string rest;       // everything behind the table: WHERE ..., ORDER BY ...
 };
 
 SelectShape analyzeSelect(std::string_view translatedSql);

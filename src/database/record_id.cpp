@@ -10,7 +10,8 @@ namespace folio {
 
 RecordId RecordId::fromDouble(double value) {
     const double scaled = value * Scale;
-    if (!std::isfinite(scaled) || scaled >= 9.2233720368547758e18 || scaled < -9.2233720368547758e18)
+    if (!std::isfinite(scaled) || scaled >= 9.2233720368547758e18 ||
+        scaled < -9.2233720368547758e18)
         throw Error(err::Overflow, "Overflow: " + std::to_string(value) + " is no record number");
     // Round the decimal that the double stands for (0.00015 is 1.5 units, not 1.4999...).
     char buf[40];
@@ -75,8 +76,8 @@ namespace {
 
 // Digits of |units| as "whole" and "fraction without trailing zeros".
 void splitDigits(std::int64_t units, std::string& whole, std::string& fraction) {
-    const std::uint64_t magnitude =
-        units < 0 ? static_cast<std::uint64_t>(-(units + 1)) + 1 : static_cast<std::uint64_t>(units);
+    const std::uint64_t magnitude = units < 0 ? static_cast<std::uint64_t>(-(units + 1)) + 1
+                                              : static_cast<std::uint64_t>(units);
     whole = std::to_string(magnitude / RecordId::Scale);
     std::uint64_t rest = magnitude % RecordId::Scale;
     fraction.clear();

@@ -22,10 +22,14 @@ std::string columnText(sqlite3_stmt* stmt, int column) {
 // A value by its storage class, for columns of no declared type (expressions).
 Value dynamicValue(sqlite3_stmt* stmt, int column) {
     switch (sqlite3_column_type(stmt, column)) {
-    case SQLITE_INTEGER: return Value(static_cast<long long>(sqlite3_column_int64(stmt, column)));
-    case SQLITE_FLOAT: return Value(sqlite3_column_double(stmt, column));
-    case SQLITE_NULL: return Value();
-    default: return Value(columnText(stmt, column));
+    case SQLITE_INTEGER:
+        return Value(static_cast<long long>(sqlite3_column_int64(stmt, column)));
+    case SQLITE_FLOAT:
+        return Value(sqlite3_column_double(stmt, column));
+    case SQLITE_NULL:
+        return Value();
+    default:
+        return Value(columnText(stmt, column));
     }
 }
 
@@ -37,7 +41,9 @@ bool isComparison(std::string_view op) {
 
 // --- FieldRef ----------------------------------------------------------------------------
 
-Value FieldRef::value() const { return rs_.get(index_); }
+Value FieldRef::value() const {
+    return rs_.get(index_);
+}
 
 FieldRef& FieldRef::operator=(const Value& v) {
     rs_.set(index_, v);
@@ -49,7 +55,9 @@ FieldRef& FieldRef::operator=(const Value& v) {
 Recordset::Recordset(Database& db, std::string source, RecordsetType type)
     : db_(&db), source_(std::move(source)), type_(type) {}
 
-Recordset::~Recordset() { Close(); }
+Recordset::~Recordset() {
+    Close();
+}
 
 void Recordset::Close() {
     if (!db_)
@@ -66,9 +74,8 @@ void Recordset::Close() {
 
 void Recordset::requireOpen() const {
     if (!db_ || !db_->isOpen())
-        throw DatabaseError(err::ObjectClosed,
-                            "Object invalid or no longer set: the recordset '" + source_ +
-                                "' is closed");
+        throw DatabaseError(err::ObjectClosed, "Object invalid or no longer set: the recordset '" +
+                                                   source_ + "' is closed");
 }
 
 void Recordset::requireRow() const {
@@ -118,8 +125,8 @@ void Recordset::openDynaset(const std::string& sql) {
     const jet::SelectShape shape = jet::analyzeSelect(translated);
     if (!shape.isSelect)
         throw DatabaseError(err::OperationNotSupported,
-                            "Only a SELECT query can be opened as a recordset: " + sql,
-                            db_->Name(), sql);
+                            "Only a SELECT query can be opened as a recordset: " + sql, db_->Name(),
+                            sql);
     snapshot_.clear();
     rowids_.clear();
     if (shape.updatable && db_->hasTable(shape.table)) {
@@ -336,7 +343,9 @@ void Recordset::freshen() {
     rowGeneration_ = db_->writeGeneration();
 }
 
-void Recordset::cancelEdit() { editMode_ = EditMode::None; }
+void Recordset::cancelEdit() {
+    editMode_ = EditMode::None;
+}
 
 void Recordset::MoveFirst() {
     prepareUse();
@@ -362,8 +371,8 @@ void Recordset::MoveNext() {
     prepareUse();
     if (at_ != At::Row)
         throw DatabaseError(err::NoCurrentRecord,
-                            "No current record: '" + source_ + "' stands past its end",
-                            db_->Name(), source_);
+                            "No current record: '" + source_ + "' stands past its end", db_->Name(),
+                            source_);
     cancelEdit();
     if (type_ == RecordsetType::Table) {
         if (streamOnRow_ && streamAscending_)
@@ -387,8 +396,8 @@ void Recordset::MovePrevious() {
     prepareUse();
     if (at_ != At::Row)
         throw DatabaseError(err::NoCurrentRecord,
-                            "No current record: '" + source_ + "' stands past its end",
-                            db_->Name(), source_);
+                            "No current record: '" + source_ + "' stands past its end", db_->Name(),
+                            source_);
     cancelEdit();
     if (type_ == RecordsetType::Table) {
         if (streamOnRow_ && !streamAscending_)
@@ -592,8 +601,8 @@ int Recordset::fieldIndex(std::string_view name) const {
     auto it = byName_.find(lowerAscii(name));
     if (it == byName_.end())
         throw DatabaseError(err::ItemNotFound,
-                            "Item not found in this collection: '" + source_ +
-                                "' has no field '" + std::string(name) + "'",
+                            "Item not found in this collection: '" + source_ + "' has no field '" +
+                                std::string(name) + "'",
                             db_->Name(), source_, std::string(name));
     return it->second;
 }
@@ -609,7 +618,8 @@ Value Recordset::readColumn(sqlite3_stmt* stmt, int column, std::size_t field) c
     if (dynamic_[field])
         return dynamicValue(stmt, column);
     switch (fields_[field].Type) {
-    case FieldType::Boolean: return Value(sqlite3_column_int64(stmt, column) != 0);
+    case FieldType::Boolean:
+        return Value(sqlite3_column_int64(stmt, column) != 0);
     case FieldType::Byte:
     case FieldType::Integer:
     case FieldType::Long:
@@ -631,7 +641,8 @@ Value Recordset::readColumn(sqlite3_stmt* stmt, int column, std::size_t field) c
             return Value(DateTime(sqlite3_column_double(stmt, column)));
         return dynamicValue(stmt, column);
     case FieldType::Text:
-    case FieldType::Memo: return Value(columnText(stmt, column));
+    case FieldType::Memo:
+        return Value(columnText(stmt, column));
     }
     return Value();
 }
@@ -669,15 +680,21 @@ Value Recordset::coerce(int index, const Value& value) const {
     };
     try {
         switch (f.Type) {
-        case FieldType::Boolean: return Value(value.toBool());
-        case FieldType::Byte: return range(0, 255);
-        case FieldType::Integer: return range(-32768, 32767);
+        case FieldType::Boolean:
+            return Value(value.toBool());
+        case FieldType::Byte:
+            return range(0, 255);
+        case FieldType::Integer:
+            return range(-32768, 32767);
         case FieldType::Long:
             return range(std::numeric_limits<std::int32_t>::min(),
                          std::numeric_limits<std::int32_t>::max());
-        case FieldType::Currency: return Value(value.toRecordId());
-        case FieldType::Double: return Value(value.toDouble());
-        case FieldType::DateTime: return Value(value.toDate());
+        case FieldType::Currency:
+            return Value(value.toRecordId());
+        case FieldType::Double:
+            return Value(value.toDouble());
+        case FieldType::DateTime:
+            return Value(value.toDate());
         case FieldType::Text:
         case FieldType::Memo: {
             std::string text = value.text();
@@ -699,8 +716,7 @@ Value Recordset::coerce(int index, const Value& value) const {
         throw;
     } catch (const Error& e) {
         throw DatabaseError(err::ConversionError,
-                            "Data type conversion error in the field '" + f.Name + "': " +
-                                e.what(),
+                            "Data type conversion error in the field '" + f.Name + "': " + e.what(),
                             db_->Name(), source_, f.Name);
     }
     return value;
@@ -718,8 +734,8 @@ void Recordset::set(int index, const Value& value) {
                             db_->Name(), source_, fields_[i].Name);
     if (baseNames_[i].empty())
         throw DatabaseError(err::FieldNotUpdatable,
-                            "The field '" + fields_[i].Name + "' can't be updated",
-                            db_->Name(), source_, fields_[i].Name);
+                            "The field '" + fields_[i].Name + "' can't be updated", db_->Name(),
+                            source_, fields_[i].Name);
     buffer_[i] = coerce(index, value);
 }
 
@@ -801,10 +817,9 @@ void Recordset::writeInsert() {
         columns += (values.size() > 1 ? ", " : "") + quoteIdentifier(baseNames_[i]);
         params += (values.size() > 1 ? ", ?" : "?") + std::to_string(values.size());
     }
-    const std::string sql =
-        "INSERT INTO " + quoteIdentifier(table_) +
-        (values.empty() ? std::string(" DEFAULT VALUES")
-                        : " (" + columns + ") VALUES (" + params + ")");
+    const std::string sql = "INSERT INTO " + quoteIdentifier(table_) +
+                            (values.empty() ? std::string(" DEFAULT VALUES")
+                                            : " (" + columns + ") VALUES (" + params + ")");
     db_->beforeWrite();
     sqlite::Statement& stmt = cached(sql);
     for (std::size_t i = 0; i < values.size(); ++i)

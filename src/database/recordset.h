@@ -144,10 +144,10 @@ private:
     std::vector<std::string> baseNames_; // the base table's column behind each field, or ""
     std::vector<bool> dynamic_;          // no declared type: read by storage class
     std::unordered_map<std::string, int> byName_; // lower-case name to field
-    std::string selectSql_;              // "SELECT rowid, fields... FROM table" of the rows
-    std::string querySql_;               // the SQL of a dynaset, as given
-    std::string collectSql_;             // the query with the rowid in front
-    std::string fromTable_;              // "FROM table [alias]" of a dynaset
+    std::string selectSql_;  // "SELECT rowid, fields... FROM table" of the rows
+    std::string querySql_;   // the SQL of a dynaset, as given
+    std::string collectSql_; // the query with the rowid in front
+    std::string fromTable_;  // "FROM table [alias]" of a dynaset
     bool schemaChanged_ = false;
 
     At at_ = At::End;
@@ -160,7 +160,7 @@ private:
     std::string indexName_;
     std::vector<std::string> indexColumns_;
     std::vector<int> indexFields_;
-    std::vector<Value> key_; // index key of the current row
+    std::vector<Value> key_;              // index key of the current row
     sqlite::Statement* stream_ = nullptr; // the walk (table) or the query (dynaset), if active
     bool streamOnRow_ = false;            // stream_ stands on the current row
     bool streamAscending_ = true;
@@ -168,7 +168,7 @@ private:
     // Dynasets.
     std::vector<std::int64_t> rowids_;
     std::size_t position_ = 0;
-    bool streaming_ = false; // stream_ is still collecting rows
+    bool streaming_ = false;                   // stream_ is still collecting rows
     std::vector<std::vector<Value>> snapshot_; // rows of a read-only dynaset
 
     // Edit buffer.
@@ -178,7 +178,7 @@ private:
     // Every statement of the recordset, made once; the pointers below point into it.
     std::map<std::string, sqlite::Statement> statements_;
     std::vector<sqlite::Statement*> seekStatements_; // by comparison and number of keys
-    sqlite::Statement* refetch_ = nullptr;            // reads the row of a rowid
+    sqlite::Statement* refetch_ = nullptr;           // reads the row of a rowid
 };
 
 } // namespace folio::dao

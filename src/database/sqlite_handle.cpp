@@ -8,16 +8,23 @@ namespace folio::sqlite {
 
 int errorNumber(int rc) {
     switch (rc & 0xff) {
-    case SQLITE_READONLY: return err::ReadOnly;
+    case SQLITE_READONLY:
+        return err::ReadOnly;
     case SQLITE_BUSY:
-    case SQLITE_LOCKED: return err::FileInUse;
-    case SQLITE_FULL: return err::DiskFull;
-    case SQLITE_NOTADB: return err::NotADatabase;
-    case SQLITE_CANTOPEN: return err::CannotOpenFile;
+    case SQLITE_LOCKED:
+        return err::FileInUse;
+    case SQLITE_FULL:
+        return err::DiskFull;
+    case SQLITE_NOTADB:
+        return err::NotADatabase;
+    case SQLITE_CANTOPEN:
+        return err::CannotOpenFile;
     case SQLITE_CONSTRAINT:
         return rc == SQLITE_CONSTRAINT_CHECK ? err::ZeroLengthString : err::EngineError;
-    case SQLITE_ERROR: return err::SyntaxError;
-    default: return err::EngineError;
+    case SQLITE_ERROR:
+        return err::SyntaxError;
+    default:
+        return err::EngineError;
     }
 }
 
@@ -76,7 +83,9 @@ Connection& Connection::operator=(Connection&& other) noexcept {
     return *this;
 }
 
-Connection::~Connection() { close(); }
+Connection::~Connection() {
+    close();
+}
 
 void Connection::close() {
     if (db_) {
@@ -119,7 +128,9 @@ Statement& Statement::operator=(Statement&& other) noexcept {
     return *this;
 }
 
-Statement::~Statement() { finalize(); }
+Statement::~Statement() {
+    finalize();
+}
 
 void Statement::finalize() {
     if (stmt_) {
@@ -143,13 +154,21 @@ void Statement::reset() {
     sqlite3_clear_bindings(stmt_);
 }
 
-void Statement::bindInt(int index, std::int64_t value) { sqlite3_bind_int64(stmt_, index, value); }
+void Statement::bindInt(int index, std::int64_t value) {
+    sqlite3_bind_int64(stmt_, index, value);
+}
 
 void Statement::bind(int index, const Value& value) {
     switch (value.kind()) {
-    case Value::Kind::Null: sqlite3_bind_null(stmt_, index); break;
-    case Value::Kind::Boolean: sqlite3_bind_int(stmt_, index, value.toBool() ? -1 : 0); break;
-    case Value::Kind::Integer: sqlite3_bind_int64(stmt_, index, value.toInt()); break;
+    case Value::Kind::Null:
+        sqlite3_bind_null(stmt_, index);
+        break;
+    case Value::Kind::Boolean:
+        sqlite3_bind_int(stmt_, index, value.toBool() ? -1 : 0);
+        break;
+    case Value::Kind::Integer:
+        sqlite3_bind_int64(stmt_, index, value.toInt());
+        break;
     case Value::Kind::Currency: {
         const RecordId id = value.toRecordId();
         if (id.isWhole())
@@ -159,7 +178,9 @@ void Statement::bind(int index, const Value& value) {
         break;
     }
     case Value::Kind::Double:
-    case Value::Kind::Date: sqlite3_bind_double(stmt_, index, value.toDouble()); break;
+    case Value::Kind::Date:
+        sqlite3_bind_double(stmt_, index, value.toDouble());
+        break;
     case Value::Kind::Text: {
         const std::string& s = value.textRef();
         sqlite3_bind_text(stmt_, index, s.data(), static_cast<int>(s.size()), SQLITE_TRANSIENT);

@@ -41,8 +41,10 @@ std::string doubleText(double d) {
 
 bool Value::toBool() const {
     switch (kind()) {
-    case Kind::Null: return false;
-    case Kind::Boolean: return std::get<bool>(v_);
+    case Kind::Null:
+        return false;
+    case Kind::Boolean:
+        return std::get<bool>(v_);
     case Kind::Text: {
         const std::string& s = std::get<std::string>(v_);
         std::string_view t = s;
@@ -53,20 +55,24 @@ bool Value::toBool() const {
         if (t.size() == 4 && (t[0] | 0x20) == 't' && (t[1] | 0x20) == 'r' && (t[2] | 0x20) == 'u' &&
             (t[3] | 0x20) == 'e')
             return true;
-        if (t.size() == 5 && (t[0] | 0x20) == 'f' && (t[1] | 0x20) == 'a' &&
-            (t[2] | 0x20) == 'l' && (t[3] | 0x20) == 's' && (t[4] | 0x20) == 'e')
+        if (t.size() == 5 && (t[0] | 0x20) == 'f' && (t[1] | 0x20) == 'a' && (t[2] | 0x20) == 'l' &&
+            (t[3] | 0x20) == 's' && (t[4] | 0x20) == 'e')
             return false;
         return parseNumber(s) != 0;
     }
-    default: return toDouble() != 0;
+    default:
+        return toDouble() != 0;
     }
 }
 
 std::int64_t Value::toInt() const {
     switch (kind()) {
-    case Kind::Null: return 0;
-    case Kind::Boolean: return std::get<bool>(v_) ? -1 : 0;
-    case Kind::Integer: return std::get<std::int64_t>(v_);
+    case Kind::Null:
+        return 0;
+    case Kind::Boolean:
+        return std::get<bool>(v_) ? -1 : 0;
+    case Kind::Integer:
+        return std::get<std::int64_t>(v_);
     default: {
         const double d = toDouble();
         if (!std::isfinite(d) || std::fabs(d) >= 9.2e18)
@@ -78,29 +84,40 @@ std::int64_t Value::toInt() const {
 
 double Value::toDouble() const {
     switch (kind()) {
-    case Kind::Null: return 0;
-    case Kind::Boolean: return std::get<bool>(v_) ? -1 : 0;
-    case Kind::Integer: return static_cast<double>(std::get<std::int64_t>(v_));
-    case Kind::Currency: return std::get<RecordId>(v_).toDouble();
-    case Kind::Double: return std::get<double>(v_);
-    case Kind::Date: return std::get<DateTime>(v_).days();
-    case Kind::Text: return parseNumber(std::get<std::string>(v_));
+    case Kind::Null:
+        return 0;
+    case Kind::Boolean:
+        return std::get<bool>(v_) ? -1 : 0;
+    case Kind::Integer:
+        return static_cast<double>(std::get<std::int64_t>(v_));
+    case Kind::Currency:
+        return std::get<RecordId>(v_).toDouble();
+    case Kind::Double:
+        return std::get<double>(v_);
+    case Kind::Date:
+        return std::get<DateTime>(v_).days();
+    case Kind::Text:
+        return parseNumber(std::get<std::string>(v_));
     }
     return 0;
 }
 
 RecordId Value::toRecordId() const {
     switch (kind()) {
-    case Kind::Null: return RecordId();
-    case Kind::Currency: return std::get<RecordId>(v_);
-    case Kind::Integer: return RecordId(std::get<std::int64_t>(v_));
+    case Kind::Null:
+        return RecordId();
+    case Kind::Currency:
+        return std::get<RecordId>(v_);
+    case Kind::Integer:
+        return RecordId(std::get<std::int64_t>(v_));
     case Kind::Text: {
         auto id = RecordId::parse(std::get<std::string>(v_));
         if (!id)
             mismatch(std::get<std::string>(v_));
         return *id;
     }
-    default: return RecordId::fromDouble(toDouble());
+    default:
+        return RecordId::fromDouble(toDouble());
     }
 }
 
@@ -110,11 +127,16 @@ DateTime Value::toDate() const {
 
 std::string Value::text() const {
     switch (kind()) {
-    case Kind::Null: return {};
-    case Kind::Boolean: return std::get<bool>(v_) ? "True" : "False";
-    case Kind::Integer: return std::to_string(std::get<std::int64_t>(v_));
-    case Kind::Currency: return std::get<RecordId>(v_).text();
-    case Kind::Double: return doubleText(std::get<double>(v_));
+    case Kind::Null:
+        return {};
+    case Kind::Boolean:
+        return std::get<bool>(v_) ? "True" : "False";
+    case Kind::Integer:
+        return std::to_string(std::get<std::int64_t>(v_));
+    case Kind::Currency:
+        return std::get<RecordId>(v_).text();
+    case Kind::Double:
+        return doubleText(std::get<double>(v_));
     case Kind::Date: {
         const CalendarDateTime c = std::get<DateTime>(v_).calendar();
         char buf[40];
@@ -125,7 +147,8 @@ std::string Value::text() const {
             std::snprintf(buf, sizeof buf, "%04d-%02d-%02d", c.year, c.month, c.day);
         return buf;
     }
-    case Kind::Text: return std::get<std::string>(v_);
+    case Kind::Text:
+        return std::get<std::string>(v_);
     }
     return {};
 }

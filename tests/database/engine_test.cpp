@@ -226,9 +226,9 @@ TEST(Engine, TheFileStaysReadableByOtherTools) {
     while (sqlite3_step(stmt) == SQLITE_ROW)
         types.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
     sqlite3_finalize(stmt);
-    EXPECT_EQ(types, (std::vector<std::string>{"CURRENCY", "BOOLEAN", "TEXT(20)", "TEXT(20)",
-                                               "DATETIME", "BYTE", "SHORT", "LONG", "DOUBLE",
-                                               "LONGTEXT"}));
+    EXPECT_EQ(types,
+              (std::vector<std::string>{"CURRENCY", "BOOLEAN", "TEXT(20)", "TEXT(20)", "DATETIME",
+                                        "BYTE", "SHORT", "LONG", "DOUBLE", "LONGTEXT"}));
     // Its built-in NOCASE serves where ours isn't loaded.
     ASSERT_EQ(sqlite3_prepare_v2(plain, "SELECT count(*) FROM Personen WHERE Name = 'HUBER'", -1,
                                  &stmt, nullptr),
@@ -285,8 +285,9 @@ TEST(Engine, CompactAndRepair) {
     EXPECT_EQ(raised([&] { dao::engine().CompactDatabase(s.path, target); }).number(),
               err::DatabaseExists);
     EXPECT_NO_THROW(dao::engine().RepairDatabase(target));
-    EXPECT_EQ(raised([&] { dao::engine().CompactDatabase(s.dir.file("no.SF6"), s.dir.file("x")); })
-                  .number(),
+    EXPECT_EQ(raised([&] {
+                  dao::engine().CompactDatabase(s.dir.file("no.SF6"), s.dir.file("x"));
+              }).number(),
               err::FileNotFound);
     EXPECT_FALSE(std::filesystem::exists(s.dir.file("x")));
 }

@@ -32,7 +32,8 @@ TEST(JetSql, TranslatesTheDialectOutsideStringLiterals) {
 }
 
 TEST(JetSql, DateLiterals) {
-    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-4000#"), "SELECT * FROM t WHERE d = 767011");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-4000#"),
+              "SELECT * FROM t WHERE d = 767011");
     EXPECT_EQ(translate("SELECT * FROM t WHERE d >= #12/31/1899#"), "SELECT * FROM t WHERE d >= 1");
     EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-1900 12:00#"),
               "SELECT * FROM t WHERE d = 2.5");

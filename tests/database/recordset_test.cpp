@@ -155,7 +155,7 @@ TEST(Recordset, DynasetFixesItsRowsButShowsTheirChanges) {
     table->Update();
     test::addPerson(*s.db, 50, "Fünfzig", true);
 
-    EXPECT_EQ(marked->get("Name").text(), "Zwanzig neu"); // the current row shows the change
+    EXPECT_EQ(marked->get("Name").text(), "Zwanzig neu");       // the current row shows the change
     EXPECT_EQ(walk(*marked), (std::vector<long long>{20, 30})); // no new row, none dropped
     EXPECT_EQ(marked->RecordCount(), 2);
     marked->Requery();
@@ -203,8 +203,7 @@ TEST(Recordset, DynasetFindsEditsAndAdds) {
     EXPECT_EQ(errorOf([&] { distinct->Edit(); }), err::ReadOnly);
     auto counted = s.db->OpenRecordset("SELECT count(*) AS n FROM Personen");
     EXPECT_EQ(counted->get("n").toInt(), 5);
-    EXPECT_EQ(errorOf([&] { s.db->OpenRecordset("SELECT * FROM Nirgends"); }),
-              err::SyntaxError);
+    EXPECT_EQ(errorOf([&] { s.db->OpenRecordset("SELECT * FROM Nirgends"); }), err::SyntaxError);
     EXPECT_EQ(errorOf([&] { s.db->OpenRecordset("Nirgends"); }), err::TableNotFound);
 }
 
