@@ -1,0 +1,118 @@
+// Building the template SF.MDB and the empty side databases from the schema data. New family
+// trees are copies of the template, so it carries the one row of `Version` that every file
+// has, with the program's version and the default marks of name input.
+#include "database/schema/schema.h"
+
+#include "database/engine.h"
+#include "database/recordset.h"
+
+#include <functional>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace folio::schema {
+
+namespace {
+
+// A database file written under a temporary name beside its target, and renamed onto it once
+// complete, so that a failed build leaves neither a half file nor a damaged old one.
+class FileBeside {
+public:
+    explicit FileBeside(fs::path target) : target_(std::move(target)) {
+        temp_ = target_;
+        temp_ += ".part";
+        removeTemp(); // left over from a build that was killed
+    }
+    ~FileBeside() {
+        if (!placed_)
+            removeTemp();
+    }
+    FileBeside(const FileBeside&) = delete;
+    FileBeside& operator=(const FileBeside&) = delete;
+
+    const fs::path& path() const { return temp_; }
+    void putInPlace() {
+        fs::rename(temp_, target_);
+        placed_ = true;
+    }
+
+private:
+    void removeTemp() noexcept {
+        std::error_code ec;
+        fs::remove(temp_, ec);
+        fs::path journal = temp_;
+        journal += "-journal";
+        fs::remove(journal, ec);
+    }
+
+    fs::path target_;
+    fs::path temp_;
+    bool placed_ = false;
+};
+
+// Creates the database `target` with `tables`, lets `fill` write its rows, and puts it in
+// place of a file of that name.
+void writeDatabase(const fs::path& target, const std::vector<Table>& tables,
+                   const std::function<void(dao::Database&)>& fill = {}) {
+    fs::create_directories(target.parent_path());
+    FileBeside file(target);
+    {
+        std::unique_ptr<dao::Database> db =
+            dao::engine().workspace(0).CreateDatabase(file.path().string());
+        dao::Transaction transaction(*db);
+        for (const Table& table : tables)
+            createTable(*db, table);
+        if (fill)
+            fill(*db);
+        transaction.commit();
+        db->Close();
+    }
+    file.putInPlace();
+}
+
+// The value of a field where the row has nothing to say: 0, False, or the empty text, which
+// is one blank in a field that doesn't allow the empty string.
+Value emptyValue(const Field& field) {
+    switch (field.type) {
+    case FieldType::Boolean:
+        return Value(false);
+    case FieldType::Text:
+    case FieldType::Memo:
+        return Value(field.zeroLength ? "" : " ");
+    default:
+        return Value(0);
+    }
+}
+
+// The one row of `Version`: the program's version and the default marks in front of and
+// behind a title, a call name and a birth name; the author is still unknown.
+void writeVersionRow(dao::Database& db) {
+    const Table& table = *findTable(mainTables(), "Version");
+    std::unique_ptr<dao::Recordset> rs = db.OpenRecordset(table.name);
+    rs->AddNew();
+    for (const Field& field : table.fields)
+        rs->set(field.name, emptyValue(field));
+    rs->set("Versionname", Value(CurrentVersion));
+    rs->set("KzTitelvor", Value("["));
+    rs->set("KzTitelnach", Value("]"));
+    rs->set("KzRufnamevor", Value("°"));
+    rs->set("KzRufnamenach", Value("°"));
+    rs->set("KzGeburtsnamevor", Value("{"));
+    rs->set("KzGeburtsnamenach", Value("}"));
+    rs->Update();
+    rs->Close();
+}
+
+} // namespace
+
+void buildTemplate(const fs::path& folder) {
+    writeDatabase(folder / TemplateFile, mainTables(), writeVersionRow);
+}
+
+void buildSideDatabases(const fs::path& folder) {
+    for (const SideDatabase& side : sideDatabases())
+        writeDatabase(folder / side.file, side.tables);
+}
+
+} // namespace folio::schema
