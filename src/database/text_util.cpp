@@ -61,6 +61,32 @@ std::string quoteString(std::string_view text) {
     return out + '\'';
 }
 
+double numericValue(std::string_view s) {
+    std::size_t i = 0;
+    while (i < s.size() && (s[i] == ' ' || s[i] == '\t' || s[i] == '\n' || s[i] == '\r'))
+        ++i;
+    bool negative = false;
+    if (i < s.size() && (s[i] == '-' || s[i] == '+'))
+        negative = s[i++] == '-';
+    double value = 0, scale = 0;
+    for (; i < s.size(); ++i) {
+        const char c = s[i];
+        if (c >= '0' && c <= '9') {
+            if (scale == 0) {
+                value = value * 10 + (c - '0');
+            } else {
+                value += (c - '0') * scale;
+                scale /= 10;
+            }
+        } else if (c == '.' && scale == 0) {
+            scale = 0.1;
+        } else if (c != ' ' && c != '\t') {
+            break;
+        }
+    }
+    return negative ? -value : value;
+}
+
 std::size_t utf8Length(std::string_view s) {
     std::size_t n = 0;
     for (unsigned char c : s)

@@ -14,6 +14,10 @@ std::string_view trimBlanks(std::string_view s);
 std::string quoteIdentifier(std::string_view name);
 // 'text' with inner apostrophes doubled: an SQL string literal.
 std::string quoteString(std::string_view text);
+// The number that a text begins with, read as the classic Val does: leading blanks skipped,
+// blanks between the digits ignored, a sign, digits and one decimal point; 0 when the text
+// begins with no number ("12 Apostel" gives 12, "1.0" gives 1, "x1" gives 0).
+double numericValue(std::string_view s);
 // Number of characters (code points) of a UTF-8 text.
 std::size_t utf8Length(std::string_view s);
 
