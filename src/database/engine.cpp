@@ -306,7 +306,7 @@ std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view source, Reco
                                 "The table '" + table + "' doesn't exist in '" + path_ + "'", path_,
                                 std::string(source));
         if (type == RecordsetType::Dynaset)
-            rs->openDynaset("SELECT * FROM " + quoteIdentifier(tableInfo(table).name));
+            rs->openDynaset("SELECT * FROM [" + tableInfo(table).name + "]"); // Jet SQL
         else
             rs->openTable(tableInfo(table).name);
     } else {

@@ -203,6 +203,9 @@ TEST(Recordset, DynasetFindsEditsAndAdds) {
     EXPECT_EQ(errorOf([&] { distinct->Edit(); }), err::ReadOnly);
     auto counted = s.db->OpenRecordset("SELECT count(*) AS n FROM Personen");
     EXPECT_EQ(counted->get("n").toInt(), 5);
+    auto byName = s.db->OpenRecordset("Personen", dao::RecordsetType::Dynaset);
+    byName->FindFirst("Counter = 60");
+    EXPECT_EQ(byName->get("Name").text(), "Sechzig");
     EXPECT_EQ(errorOf([&] { s.db->OpenRecordset("SELECT * FROM Nirgends"); }), err::SyntaxError);
     EXPECT_EQ(errorOf([&] { s.db->OpenRecordset("Nirgends"); }), err::TableNotFound);
 }
