@@ -4,6 +4,7 @@
 #include "database/schema/schema.h"
 
 #include "database/engine.h"
+#include "database/file_beside.h"
 #include "database/recordset.h"
 
 #include <functional>
@@ -14,42 +15,6 @@ namespace fs = std::filesystem;
 namespace folio::schema {
 
 namespace {
-
-// A database file written under a temporary name beside its target, and renamed onto it once
-// complete, so that a failed build leaves neither a half file nor a damaged old one.
-class FileBeside {
-public:
-    explicit FileBeside(fs::path target) : target_(std::move(target)) {
-        temp_ = target_;
-        temp_ += ".part";
-        removeTemp(); // left over from a build that was killed
-    }
-    ~FileBeside() {
-        if (!placed_)
-            removeTemp();
-    }
-    FileBeside(const FileBeside&) = delete;
-    FileBeside& operator=(const FileBeside&) = delete;
-
-    const fs::path& path() const { return temp_; }
-    void putInPlace() {
-        fs::rename(temp_, target_);
-        placed_ = true;
-    }
-
-private:
-    void removeTemp() noexcept {
-        std::error_code ec;
-        fs::remove(temp_, ec);
-        fs::path journal = temp_;
-        journal += "-journal";
-        fs::remove(journal, ec);
-    }
-
-    fs::path target_;
-    fs::path temp_;
-    bool placed_ = false;
-};
 
 // Creates the database `target` with `tables`, lets `fill` write its rows, and puts it in
 // place of a file of that name.
