@@ -1,0 +1,2 @@
+folio_test(generator_tests tools/generate_tree_test.cpp)
+target_link_libraries(generator_tests PRIVATE folio_generator)
