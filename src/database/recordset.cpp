@@ -362,17 +362,12 @@ void Recordset::MoveFirst() {
     } else {
         leaveRow(At::End);
     }
-    if (at_ != At::Row)
-        throw DatabaseError(err::NoCurrentRecord, "No current record: '" + source_ + "' is empty",
-                            db_->Name(), source_);
+    requireRow();
 }
 
 void Recordset::MoveNext() {
     prepareUse();
-    if (at_ != At::Row)
-        throw DatabaseError(err::NoCurrentRecord,
-                            "No current record: '" + source_ + "' stands past its end", db_->Name(),
-                            source_);
+    requireRow();
     cancelEdit();
     if (type_ == RecordsetType::Table) {
         if (streamOnRow_ && streamAscending_)
@@ -394,10 +389,7 @@ void Recordset::MoveNext() {
 
 void Recordset::MovePrevious() {
     prepareUse();
-    if (at_ != At::Row)
-        throw DatabaseError(err::NoCurrentRecord,
-                            "No current record: '" + source_ + "' stands past its end", db_->Name(),
-                            source_);
+    requireRow();
     cancelEdit();
     if (type_ == RecordsetType::Table) {
         if (streamOnRow_ && !streamAscending_)
@@ -428,9 +420,7 @@ void Recordset::MoveLast() {
         else
             moveToIndex(rowids_.size() - 1);
     }
-    if (at_ != At::Row)
-        throw DatabaseError(err::NoCurrentRecord, "No current record: '" + source_ + "' is empty",
-                            db_->Name(), source_);
+    requireRow();
 }
 
 std::int64_t Recordset::RecordCount() {
