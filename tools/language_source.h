@@ -1,11 +1,8 @@
 // The language texts as a reviewable text source, and the language database built from it.
 //
 // The source (data/language/texts.tsv) holds one key a line: the key number, the German text
-// and the English text, divided by tabs. A line that begins with "#" is a comment, an empty
-// line is passed over. Inside a text, "\n" stands for a line break, "\t" for a tab and "\\"
-// for a backslash; every other character, blanks at either end included, is taken as it is.
-// The file is UTF-8; a byte order mark at its start is passed over, and so is a CR before a
-// line end.
+// and the English text, divided by tabs. Comments, escapes and the encoding follow the common
+// rules of the text sources (tsv.h).
 //
 // The database is language.mdb: table "Languages" with the key in `Counter` (unique index
 // "Counter") and one Memo field per language, named as the language ("Deutsch", "English").
@@ -14,7 +11,7 @@
 // file doesn't have to tell the two apart.
 #pragma once
 
-#include "database/errors.h"
+#include "tsv.h"
 
 #include <string>
 #include <string_view>
@@ -29,20 +26,8 @@ struct Row {
     int line = 0; // line of the source, for messages
 };
 
-// A bad line of the source, or a source that can't be read (line 0). what() reads
-// "file:line: what is wrong", or "file: what is wrong" without a line.
-class SourceError : public Error {
-public:
-    SourceError(const std::string& file, int line, const std::string& problem)
-        : Error(0, file + (line > 0 ? ":" + std::to_string(line) : std::string()) + ": " + problem),
-          file_(file), line_(line) {}
-    const std::string& file() const noexcept { return file_; }
-    int line() const noexcept { return line_; }
-
-private:
-    std::string file_;
-    int line_;
-};
+// A bad line of the source, or a source that can't be read (line 0).
+using SourceError = tsv::SourceError;
 
 // The rows of a source text, in the order of the text. `fileName` only names the source in
 // messages. Raises SourceError at the first bad line: a line without exactly three columns, a

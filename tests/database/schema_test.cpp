@@ -130,13 +130,17 @@ TEST_F(Schema, TemplateHoldsEveryTableOfTheSchemaWithItsFieldsAndIndexes) {
         expectTableAsDescribed(*db, file(schema::TemplateFile), t);
 }
 
-TEST_F(Schema, SideDatabasesHoldTheirTablesEmpty) {
+TEST_F(Schema, SideDatabasesButTheCatalogueHoldTheirTablesEmpty) {
     std::set<std::string> files;
     for (const schema::SideDatabase& side : schema::sideDatabases())
         files.emplace(side.file);
     EXPECT_EQ(files, (std::set<std::string>{"Ereignis.mdb", "Geschichte.mdb", "namen.mdb",
                                             "Orte.mdb", "Adressen.mdb", "Notizen.mdb"}));
+    // The event catalogue is described here but built with its rows by a tool of its own.
+    EXPECT_FALSE(fs::exists(file(schema::EventCatalogueFile)));
     for (const schema::SideDatabase& side : schema::sideDatabases()) {
+        if (side.file == schema::EventCatalogueFile)
+            continue;
         auto db = open(side.file);
         EXPECT_EQ(db->TableNames().size(), side.tables.size()) << side.file;
         for (const schema::Table& t : side.tables) {

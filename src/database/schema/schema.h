@@ -4,8 +4,10 @@
 #pragma once
 
 #include "database/field_type.h"
+#include "database/value.h"
 
 #include <filesystem>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -59,8 +61,23 @@ inline constexpr std::string_view TemplateFile = "SF.MDB";
 // Writes the template SF.MDB into `folder`: the tables of the current version, empty but for
 // the one row of `Version`. A file of that name is replaced; on failure it stays as it was.
 void buildTemplate(const std::filesystem::path& folder);
-// Writes the side databases, with their tables and no rows, into `folder`, replacing files of
-// the same names in the same way.
+// The side database of the event catalogue. It is built with its rows from a text source of
+// its own, not by buildSideDatabases.
+inline constexpr std::string_view EventCatalogueFile = "Ereignis.mdb";
+
+// Writes the side databases but the event catalogue, with their tables and no rows, into
+// `folder`, replacing files of the same names in the same way.
 void buildSideDatabases(const std::filesystem::path& folder);
+
+// Creates the database `target` with `tables`, lets `fill` write its rows in one transaction,
+// and puts it in place of a file of that name; on failure that file stays as it was.
+void writeDatabase(const std::filesystem::path& target, const std::vector<Table>& tables,
+                   const std::function<void(dao::Database&)>& fill = {});
+// The value of a field where a row has nothing to say: 0, False, or the empty text, which is
+// one blank in a field that doesn't allow the empty string.
+Value emptyValue(const Field& field);
+// Adds the one row of `Version` that every file has: the program's version and the default
+// marks in front of and behind a title, a call name and a birth name.
+void writeVersionRow(dao::Database& db);
 
 } // namespace folio::schema

@@ -14,12 +14,8 @@ namespace fs = std::filesystem;
 
 namespace folio::schema {
 
-namespace {
-
-// Creates the database `target` with `tables`, lets `fill` write its rows, and puts it in
-// place of a file of that name.
 void writeDatabase(const fs::path& target, const std::vector<Table>& tables,
-                   const std::function<void(dao::Database&)>& fill = {}) {
+                   const std::function<void(dao::Database&)>& fill) {
     fs::create_directories(target.parent_path());
     FileBeside file(target);
     {
@@ -36,8 +32,6 @@ void writeDatabase(const fs::path& target, const std::vector<Table>& tables,
     file.putInPlace();
 }
 
-// The value of a field where the row has nothing to say: 0, False, or the empty text, which
-// is one blank in a field that doesn't allow the empty string.
 Value emptyValue(const Field& field) {
     switch (field.type) {
     case FieldType::Boolean:
@@ -50,8 +44,7 @@ Value emptyValue(const Field& field) {
     }
 }
 
-// The one row of `Version`: the program's version and the default marks in front of and
-// behind a title, a call name and a birth name; the author is still unknown.
+// The author is still unknown.
 void writeVersionRow(dao::Database& db) {
     const Table& table = *findTable(mainTables(), "Version");
     std::unique_ptr<dao::Recordset> rs = db.OpenRecordset(table.name);
@@ -69,15 +62,14 @@ void writeVersionRow(dao::Database& db) {
     rs->Close();
 }
 
-} // namespace
-
 void buildTemplate(const fs::path& folder) {
     writeDatabase(folder / TemplateFile, mainTables(), writeVersionRow);
 }
 
 void buildSideDatabases(const fs::path& folder) {
     for (const SideDatabase& side : sideDatabases())
-        writeDatabase(folder / side.file, side.tables);
+        if (side.file != EventCatalogueFile)
+            writeDatabase(folder / side.file, side.tables);
 }
 
 } // namespace folio::schema
