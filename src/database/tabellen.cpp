@@ -1,0 +1,104 @@
+#include "database/tabellen.h"
+
+#include "database/errors.h"
+#include "database/text_util.h"
+#include "frame/globals.h"
+#include "frame/platform.h"
+
+#include <functional>
+
+namespace folio {
+
+std::unique_ptr<dao::Database> DB;
+std::unique_ptr<dao::Database> DB_Ereignis, DB_Geschichte, DB_namen, DB_Orte, DB_Adressen,
+    DB_Notizen;
+std::unique_ptr<dao::Recordset> rs_Baum, rs_Baum_DS, rs_Bilder, rs_Daten, rs_Daten_DS, rs_Dokument,
+    rs_Ereignis, rs_Ereignis_DS, rs_Familie, rs_Galerie, rs_Galerie_DS, rs_Namen, rs_Quellen_DS,
+    rs_Notiz, rs_Ort, rs_Stichwort, rs_Stichwort_DS, rs_Adressen, rs_Adressen_DS, rs_Version,
+    rs_Navigation, rs_Status, rs_Ereignisdb;
+std::unique_ptr<dao::Recordset> rs_Sprache, rs_Deutsch;
+std::unique_ptr<dao::Recordset> rs_Geschichte, rs_namen, rs_Orte, rs_AdressenKatalog, rs_Notizen;
+std::string aktuelle_datei;
+
+namespace {
+
+// The places where opening runs with errors ignored: a table that an older file lacks.
+void fehler_ignorieren(const std::function<void()>& f) {
+    try {
+        f();
+    } catch (const Error&) {
+    }
+}
+
+std::unique_ptr<dao::Database> seitendatenbank(const char* datei) {
+    return dao::OpenDatabase(pfad_verbinden(Datenpfad, datei));
+}
+
+std::unique_ptr<dao::Recordset> tabelle(dao::Database& db, const std::string& name) {
+    return db.OpenRecordset(name, dao::RecordsetType::Table);
+}
+
+} // namespace
+
+void tabellen_oeffnen() {
+    DB_Ereignis = seitendatenbank("Ereignis.mdb");
+    DB_Geschichte = seitendatenbank("Geschichte.mdb");
+    DB_namen = seitendatenbank("namen.mdb");
+    DB_Orte = seitendatenbank("Orte.mdb");
+    DB_Adressen = seitendatenbank("Adressen.mdb");
+    DB_Notizen = seitendatenbank("Notizen.mdb");
+
+    dao::Database& db = *DB;
+    rs_Baum = tabelle(db, "Baum");
+    rs_Baum_DS = tabelle(db, "Baum_DS");
+    rs_Bilder = tabelle(db, "Bilder");
+    rs_Daten = tabelle(db, "Daten");
+    rs_Daten_DS = tabelle(db, "Daten_DS");
+    rs_Dokument = tabelle(db, "Dokument");
+    rs_Ereignis = tabelle(db, "Ereignis");
+    rs_Ereignis_DS = tabelle(db, "Ereignis_DS");
+    rs_Familie = tabelle(db, "Familie");
+    rs_Galerie = tabelle(db, "Galerie");
+    rs_Galerie_DS = tabelle(db, "Galerie_DS");
+    rs_Namen = tabelle(db, "Namen");
+    rs_Quellen_DS = tabelle(db, "Quellen_DS");
+    // An old file has Referenz in place of Notiz; the later one wins where both exist.
+    fehler_ignorieren([&] { rs_Notiz = tabelle(db, "Referenz"); });
+    fehler_ignorieren([&] { rs_Notiz = tabelle(db, "Notiz"); });
+    rs_Ort = tabelle(db, "Ort");
+    rs_Stichwort = tabelle(db, "Stichwort");
+    rs_Stichwort_DS = tabelle(db, "Stichwort_DS");
+    rs_Sprache = tabelle(*DB_Ereignis, Sprache);
+    rs_Adressen = tabelle(db, "Adressen");
+    rs_Adressen_DS = tabelle(db, "Adressen_DS");
+    rs_Version = tabelle(db, "Version");
+    // Tables that an old file doesn't have yet.
+    fehler_ignorieren(
+        [&] { rs_Navigation = db.OpenRecordset("Navigation", dao::RecordsetType::Dynaset); });
+    fehler_ignorieren([&] { rs_Status = tabelle(db, "Status"); });
+    fehler_ignorieren([&] { rs_Ereignisdb = tabelle(db, "Ereignisdb"); });
+    rs_Geschichte = tabelle(*DB_Geschichte, "Deutsch");
+    rs_namen = tabelle(*DB_namen, "Namen");
+    rs_Orte = tabelle(*DB_Orte, "Ort");
+    rs_AdressenKatalog = tabelle(*DB_Adressen, "Adressen");
+    rs_Notizen = tabelle(*DB_Notizen, "Notizen");
+    rs_Deutsch = DB_Ereignis->OpenRecordset("Deutsch", dao::RecordsetType::Dynaset);
+}
+
+void alle_schliessen(const std::string& name) {
+    const std::string gesucht = upperAscii(name);
+    const std::vector<dao::Workspace*> workspaces = dao::engine().Workspaces();
+    for (auto w = workspaces.rbegin(); w != workspaces.rend(); ++w) {
+        const std::vector<dao::Database*> databases = (*w)->Databases();
+        for (auto d = databases.rbegin(); d != databases.rend(); ++d) {
+            if (!gesucht.empty() && upperAscii((*d)->Name()).find(gesucht) == std::string::npos)
+                continue;
+            (*d)->Close(); // closes its recordsets, the last first
+            platform().doEvents();
+        }
+        if (*w != workspaces.front())
+            dao::engine().CloseWorkspace(**w);
+    }
+}
+
+} // namespace folio

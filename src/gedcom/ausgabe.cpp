@@ -1,0 +1,63 @@
+#include "gedcom/ausgabe.h"
+
+#include "database/errors.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace folio {
+
+namespace {
+GedcomAusgabe* laufend = nullptr;
+} // namespace
+
+GedcomAusgabe::GedcomAusgabe(const std::string& ziel) : ziel_(ziel), datei_(ziel) {
+    out_.open(datei_.path(), std::ios::binary | std::ios::trunc);
+    if (!out_)
+        fehler("can't be created");
+}
+
+GedcomAusgabe::~GedcomAusgabe() = default; // an unfinished output goes with datei_
+
+void GedcomAusgabe::fehler(const std::string& was) {
+    const int e = errno;
+    throw Error(e == ENOSPC ? err::DiskFull : err::CannotOpenFile,
+                "The GEDCOM file '" + ziel_ + "' " + was +
+                    (e ? ": " + std::string(std::strerror(e)) : ""));
+}
+
+void GedcomAusgabe::schreiben(std::string_view bytes) {
+    errno = 0;
+    out_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!out_)
+        fehler("could not be written");
+}
+
+void GedcomAusgabe::abschliessen() {
+    errno = 0;
+    out_.flush();
+    out_.close();
+    if (!out_)
+        fehler("could not be written");
+    try {
+        datei_.putInPlace();
+    } catch (const std::exception& e) {
+        throw Error(err::CannotOpenFile,
+                    "The GEDCOM file '" + ziel_ + "' could not replace the old one: " + e.what());
+    }
+}
+
+GedcomAusgabe& ausgabe() {
+    if (!laufend)
+        throw Error(err::EngineError, "No export is under way");
+    return *laufend;
+}
+
+LaufendeAusgabe::LaufendeAusgabe(GedcomAusgabe& a) {
+    laufend = &a;
+}
+LaufendeAusgabe::~LaufendeAusgabe() {
+    laufend = nullptr;
+}
+
+} // namespace folio

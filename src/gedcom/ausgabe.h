@@ -1,0 +1,48 @@
+// The output file of an export run. It is written beside the target and put in its place
+// only when the run is complete, so that a failed run leaves the old file as it was and no
+// half-written file behind. Every writer of the run appends to the one open output.
+#pragma once
+
+#include "database/file_beside.h"
+
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace folio {
+
+class GedcomAusgabe {
+public:
+    // Opens the output for the target path. Raises a folio::Error that names the path where
+    // it can't be created (missing folder, no right to write).
+    explicit GedcomAusgabe(const std::string& ziel);
+    ~GedcomAusgabe();
+    GedcomAusgabe(const GedcomAusgabe&) = delete;
+    GedcomAusgabe& operator=(const GedcomAusgabe&) = delete;
+
+    // Appends bytes as they are. Raises where they can't be written (a full disk).
+    void schreiben(std::string_view bytes);
+    // Closes the output and puts it in place of the target.
+    void abschliessen();
+    const std::string& ziel() const { return ziel_; }
+
+private:
+    [[noreturn]] void fehler(const std::string& was);
+    std::string ziel_;
+    FileBeside datei_;
+    std::ofstream out_;
+};
+
+// The output of the run in progress; raises when no run is under way.
+GedcomAusgabe& ausgabe();
+
+// While it lives, `a` is the output of the run.
+class LaufendeAusgabe {
+public:
+    explicit LaufendeAusgabe(GedcomAusgabe& a);
+    ~LaufendeAusgabe();
+    LaufendeAusgabe(const LaufendeAusgabe&) = delete;
+    LaufendeAusgabe& operator=(const LaufendeAusgabe&) = delete;
+};
+
+} // namespace folio

@@ -1,0 +1,98 @@
+#include "gedcom/datum.h"
+
+#include "database/recordset.h"
+#include "database/text_util.h"
+#include "frame/globals.h"
+#include "gedcom/zeichensatz.h"
+#include "gedcom/zeilen.h"
+#include "wizard/auswahl.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace folio {
+
+namespace {
+
+std::string zwei(int n) {
+    return (n < 10 ? "0" : "") + std::to_string(n);
+}
+
+} // namespace
+
+void gedcom_zusaetze_laden(AuswahlForm& form) {
+    form.gedcom_zusaetze.clear();
+    std::ifstream in(pfad_verbinden(Programmpfad, "geddate.ini"), std::ios::binary);
+    if (!in)
+        return;
+    std::stringstream inhalt;
+    inhalt << in.rdbuf();
+    std::istringstream zeilen(aus_ansi(inhalt.str()));
+    std::string zeile;
+    while (std::getline(zeilen, zeile)) {
+        if (!zeile.empty() && zeile.back() == '\r')
+            zeile.pop_back();
+        const std::size_t tab = zeile.find('\t');
+        if (tab == std::string::npos)
+            form.gedcom_zusaetze.emplace_back(zeile, "");
+        else
+            form.gedcom_zusaetze.emplace_back(zeile.substr(0, tab), zeile.substr(tab + 1));
+    }
+}
+
+DateTime datum_aus_zahlen(int jahr, int monat, int tag) {
+    if (jahr >= 0 && jahr < 30)
+        jahr += 2000;
+    else if (jahr >= 30 && jahr < 100)
+        jahr += 1900;
+    return DateTime::fromDate(jahr, monat, tag);
+}
+
+std::string gedcom_datum(DateTime datum, const std::string& format, const std::string& sprache) {
+    static const char* monate[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                   "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+    static const char* lokal[] = {"Jan", "Feb", "Mär", "Apr", "Mai", "Jun",
+                                  "Jul", "Aug", "Sep", "Okt", "Nov", "Dez"};
+    const CalendarDateTime d = datum.calendar();
+    const std::string jahr = std::to_string(d.year);
+    const bool englisch = sprache == "GB" || sprache == "UK" || sprache == "E";
+    const char* monat = (englisch ? monate : lokal)[d.month - 1];
+    if (format == "DD MMM YYYY")
+        return zwei(d.day) + " " + monat + " " + jahr;
+    if (format == "MMM YYYY")
+        return std::string(monat) + " " + jahr;
+    if (format == "DD MM YYYY")
+        return zwei(d.day) + " " + zwei(d.month) + " " + jahr;
+    if (format == "YYYY")
+        return jahr;
+    return "";
+}
+
+void datumschreiben(std::int16_t nr, dao::Recordset& rs) {
+    std::string zusatz;
+    const std::string ca(trimBlanks(rs.get("ca").text()));
+    if (!ca.empty()) {
+        zusatz = ca + " ";
+        for (const auto& [text, qualifier] : Auswahl().gedcom_zusaetze) {
+            if (qualifier == ca) {
+                zusatz = std::string(trimBlanks(text)) + " ";
+                break;
+            }
+        }
+    }
+    const int tag = static_cast<int>(rs.get("vtag").toInt());
+    const int monat = static_cast<int>(rs.get("vmonat").toInt());
+    const int jahr = static_cast<int>(rs.get("vjahr").toInt());
+    std::string datum;
+    if (tag > 0)
+        datum = gedcom_datum(datum_aus_zahlen(jahr, monat, tag), "DD MMM YYYY", "UK");
+    else if (monat > 0)
+        datum = gedcom_datum(datum_aus_zahlen(jahr, monat, 1), "MMM YYYY", "UK");
+    else if (jahr > 0)
+        datum = gedcom_datum(datum_aus_zahlen(jahr, 1, 1), "YYYY", "UK");
+    else
+        return;
+    zeile(std::to_string(nr) + " DATE " + zusatz + datum);
+}
+
+} // namespace folio

@@ -1,0 +1,36 @@
+// Dates: the DATE line of an event or a source, the GEDCOM text of a date, and the table of
+// date modifiers from geddate.ini.
+#pragma once
+
+#include "database/date_time.h"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace folio {
+
+namespace dao {
+class Recordset;
+}
+class AuswahlForm;
+
+// Reads geddate.ini from the program's folder into the form's modifier table: one row per
+// line, split at the first tab (the text for the DATE line, then the qualifier of the
+// database), nothing trimmed. A missing file leaves the table empty.
+void gedcom_zusaetze_laden(AuswahlForm& form);
+
+// Writes the DATE line of the record on which `rs` stands, from `ca`, `vtag`, `vmonat` and
+// `vjahr`; nothing where no part of the date is known.
+void datumschreiben(std::int16_t nr, dao::Recordset& rs);
+
+// A date as GEDCOM text: "DD MMM YYYY", "MMM YYYY", "YYYY" or "DD MM YYYY" with the English
+// month names of GEDCOM for the languages "GB", "UK" and "E".
+std::string gedcom_datum(DateTime datum, const std::string& format, const std::string& sprache);
+
+// A date built from its parts as the host builds it: carrying days and months, and a year
+// below 100 read as a two-digit year (0 to 29 the 2000s, 30 to 99 the 1900s).
+DateTime datum_aus_zahlen(int jahr, int monat, int tag);
+
+} // namespace folio

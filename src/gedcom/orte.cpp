@@ -1,0 +1,54 @@
+#include "gedcom/orte.h"
+
+#include "database/tabellen.h"
+#include "database/text_util.h"
+#include "gedcom/rtf.h"
+#include "gedcom/verknuepfungen.h"
+#include "gedcom/zeilen.h"
+
+namespace folio {
+
+namespace {
+
+// Seeks a record by its number; false where it isn't there or isn't marked.
+bool markiert_gefunden(dao::Recordset& rs, RecordId datensatz) {
+    rs.Index("Counter");
+    rs.Seek("=", Value(datensatz));
+    return !rs.NoMatch() && rs.get("markierung").toBool();
+}
+
+} // namespace
+
+void ortschreiben(std::int16_t nr, RecordId datensatz) {
+    if (datensatz.isZero())
+        return;
+    dao::Recordset& ort = *rs_Ort;
+    if (!markiert_gefunden(ort, datensatz))
+        return;
+    const RecordId counter = ort.get("Counter").toRecordId();
+    const RecordId notiz = ort.get("Notiz").toRecordId();
+    const RecordId bild = ort.get("Bild").toRecordId();
+    zeile(nr, "PLAC " + std::string(trimBlanks(ort.get("Name").text())));
+    if (!trimBlanks(rtf_klartext(ort.get("Memo").text())).empty())
+        zeile(nr + 1, "NOTE @ON" + counter.text() + "@");
+    Notizverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), notiz);
+    Bildverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), bild);
+}
+
+void Adresseschreiben(std::int16_t nr, RecordId datensatz) {
+    dao::Recordset& adressen = *rs_Adressen;
+    if (!markiert_gefunden(adressen, datensatz))
+        return;
+    const std::string adresse = rtf_klartext(adressen.get("adresse").text());
+    const std::string listenname = adressen.get("Listenname").text();
+    const RecordId ort = adressen.get("Ort").toRecordId();
+    const std::string memo = rtf_klartext(adressen.get("Memo").text());
+    const auto unter = static_cast<std::int16_t>(nr + 1);
+    GEDtext(nr, "ADDR", adresse);
+    zeile(unter, "TITL " + listenname);
+    ortschreiben(unter, ort);
+    if (!trimBlanks(memo).empty())
+        GEDtext(unter, "NOTE", memo);
+}
+
+} // namespace folio

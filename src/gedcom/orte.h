@@ -1,0 +1,14 @@
+// Places and addresses as nested structures: the PLAC line of a place with what hangs under
+// it, and the ADDR block of an address. Both stay silent for a record that isn't marked.
+#pragma once
+
+#include "database/record_id.h"
+
+#include <cstdint>
+
+namespace folio {
+
+void ortschreiben(std::int16_t nr, RecordId datensatz);
+void Adresseschreiben(std::int16_t nr, RecordId datensatz);
+
+} // namespace folio

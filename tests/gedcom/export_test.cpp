@@ -1,0 +1,124 @@
+#include "frame/ini.h"
+#include "frame/meldung.h"
+#include "gedcom/export.h"
+#include "support/export_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <regex>
+#include <sys/resource.h>
+
+using namespace folio;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Run : test::ExportFixture {
+    std::string ziel;
+    void SetUp() override {
+        ExportFixture::SetUp();
+        fs::create_directories(dir.file("ziel"));
+        AuswahlForm& form = Auswahl();
+        form.Verzeichnis(1).set("Text", Value(dir.file("ziel")));
+        form.Verzeichnis(2).set("Text", Value("Familie.Meier"));
+        form.Datei(0).set("FileName", Value("Test.SF6"));
+        ziel = dir.file("ziel/Familie.Meier.GED");
+    }
+    // The file without the two lines of the day and time of the run.
+    std::string withoutClock(const std::string& text) {
+        return std::regex_replace(text,
+                                  std::regex("1 DATE [0-9]{2} [A-Z]{3} [0-9]{4}\r\n2 TIME "
+                                             "[0-9]{2}:[0-9]{2}:[0-9]{2}\r\n"),
+                                  "1 DATE <today>\r\n2 TIME <now>\r\n");
+    }
+};
+
+const char* const Head = "0 HEAD\r\n1 CHAR UTF-8\r\n1 SOUR Stammfolio\r\n2 VERS 6.0\r\n"
+                         "2 NAME Stammfolio\r\n2 CORP Orvanta\r\n3 ADDR Lindengang 7\r\n"
+                         "4 CONT 00000 Nirgendheim - Germany\r\n3 PHON +49-(0)0000-000000\r\n"
+                         "1 SUBM @00001@\r\n1 DEST PAF\r\n1 DATE <today>\r\n2 TIME <now>\r\n"
+                         "1 FILE Test.SF6\r\n1 GEDC\r\n2 VERS 5.5\r\n2 FORM LINEAGE-LINKED\r\n";
+
+} // namespace
+
+TEST_F(Run, HeaderSubmitterAndTrailer) {
+    EXPECT_EQ(Exportstarten(), ExportErgebnis::Fertig);
+    EXPECT_EQ(withoutClock(test::readFile(ziel)),
+              std::string(Head) + "0 @00001@ SUBM\r\n1 NAME \r\n0 TRLR\r\n");
+    // The target is remembered, and the end is reported.
+    EXPECT_EQ(ini_lesen(programm_ini(), "GEDCOM", "Pfad", ""), dir.file("ziel"));
+    EXPECT_EQ(ini_lesen(programm_ini(), "GEDCOM", "Datei", ""), "Familie.Meier");
+    ASSERT_EQ(scripted->shown.size(), 1u);
+    EXPECT_EQ(scripted->shown[0].text, "Export der Daten beendet");
+    EXPECT_EQ(Auswahl().Fortschritt().get("Value").toInt(), 100);
+    EXPECT_EQ(Auswahl().get("MousePointer").toInt(), 0);
+    const std::string report = Auswahl().Fortschritttext().text("Text");
+    EXPECT_EQ(report.find("Familien werden zusammengestellt"), 0u);
+    EXPECT_NE(report.find("Adressen werden geschrieben"), std::string::npos);
+    EXPECT_NE(report.find("Schließe Export ab"), std::string::npos);
+}
+
+TEST_F(Run, AuthorNoteAndAnsi) {
+    AuswahlForm& form = Auswahl();
+    form.Anmerkung().set("Text", Value("Für Tante Käthe\r\nmit Grüßen"));
+    const char* verfasser[] = {
+        "Jürgen Meier", "Hauptstr. 1\r\n89073 Ulm", "0731 123", "0731 124", "j@meier.de",
+        "meier.de",     "Forscht seit 1980"};
+    for (int i = 0; i < 7; ++i)
+        form.Verfasser(i).set("Text", Value(verfasser[i]));
+    form.Zeichensatz(0).set("Value", Value(true));
+    form.Zeichensatz(1).set("Value", Value(false));
+    ASSERT_EQ(Exportstarten(), ExportErgebnis::Fertig);
+    std::string head = Head;
+    head.replace(head.find("UTF-8"), 5, "Ansi");
+    EXPECT_EQ(withoutClock(test::readFile(ziel)),
+              head + "1 NOTE F\xFCr Tante K\xE4the\r\n2 CONT mit Gr\xFC\xDF"
+                     "en\r\n"
+                     "0 @00001@ SUBM\r\n1 NAME J\xFCrgen Meier\r\n1 ADDR Hauptstr. 1\r\n"
+                     "2 CONT 89073 Ulm\r\n1 PHON 0731 123\r\n1 FAX 0731 124\r\n"
+                     "1 EMAIL j@meier.de\r\n1 WWW meier.de\r\n1 NOTE Forscht seit 1980\r\n"
+                     "0 TRLR\r\n");
+}
+
+TEST_F(Run, AnExistingTargetIsReplacedOnlyWhenTheUserSaysSo) {
+    std::ofstream(ziel) << "old";
+    scripted->answers.push_back({AntwortAbbrechen, -2});
+    EXPECT_EQ(Exportstarten(), ExportErgebnis::Abgebrochen);
+    EXPECT_EQ(test::readFile(ziel), "old");
+    EXPECT_EQ(scripted->shown[0].style, 273);
+    EXPECT_EQ(scripted->shown[0].text.find("Familie.Meier\r\n\r\n"), 0u);
+    EXPECT_EQ(ini_lesen(programm_ini(), "GEDCOM", "Pfad", "none"), "none"); // nothing changed
+
+    scripted->answers.push_back({AntwortOk, -2});
+    EXPECT_EQ(Exportstarten(), ExportErgebnis::Fertig);
+    EXPECT_EQ(test::readFile(ziel).substr(0, 8), "0 HEAD\r\n"); // replaced, not appended
+}
+
+TEST_F(Run, FailuresLoseNothing) {
+    std::ofstream(ziel) << "old";
+    scripted->fallback = {AntwortOk, -2};
+    // A folder that doesn't exist.
+    Auswahl().Verzeichnis(1).set("Text", Value(dir.file("nirgends")));
+    EXPECT_EQ(Exportstarten(), ExportErgebnis::Fehler);
+    EXPECT_NE(scripted->shown.back().text.find(dir.file("nirgends")), std::string::npos);
+    EXPECT_EQ(scripted->shown.back().style, StilFehler);
+    EXPECT_FALSE(fs::exists(dir.file("nirgends")));
+
+    // A disk that fills up in the middle of the run: the old target stays, no part is left.
+    Auswahl().Verzeichnis(1).set("Text", Value(dir.file("ziel")));
+    Auswahl().Anmerkung().set("Text", Value(std::string(100000, 'x')));
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 1000;
+    setrlimit(RLIMIT_FSIZE, &small);
+    const ExportErgebnis result = Exportstarten();
+    setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_EQ(result, ExportErgebnis::Fehler);
+    EXPECT_NE(scripted->shown.back().text.find("could not be written"), std::string::npos);
+    EXPECT_EQ(test::readFile(ziel), "old");
+    for (const auto& f : fs::directory_iterator(dir.file("ziel")))
+        EXPECT_EQ(f.path().filename(), "Familie.Meier.GED");
+}

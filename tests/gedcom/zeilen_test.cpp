@@ -1,0 +1,76 @@
+#include "gedcom/zeichensatz.h"
+#include "gedcom/zeilen.h"
+#include "support/export_fixture.h"
+
+#include <gtest/gtest.h>
+
+using namespace folio;
+
+namespace {
+std::string fold(const std::string& text, std::int16_t level = 1, const std::string& tag = "NOTE") {
+    return gedtext_gefaltet(level, tag, text);
+}
+std::string chars(int n, char c = 'x') {
+    return std::string(static_cast<std::size_t>(n), c);
+}
+} // namespace
+
+TEST(GEDtext, FoldsAtLineBreaksAndLongPieces) {
+    EXPECT_EQ(fold(chars(101)), "1 NOTE " + chars(101));
+    EXPECT_EQ(fold(chars(102)), "1 NOTE " + chars(101) + "\r\n2 CONC x");
+    // Characters 101 and 102 are blanks: the split moves behind character 103.
+    const std::string blanks = chars(100) + "  " + chars(60);
+    EXPECT_EQ(fold(blanks), "1 NOTE " + blanks.substr(0, 103) + "\r\n2 CONC " + blanks.substr(103));
+    EXPECT_EQ(fold("eins\r\nzwei"), "1 NOTE eins\r\n2 CONT zwei");
+    EXPECT_EQ(fold("eins\r\n\r\nzwei", 2), "2 NOTE eins\r\n3 CONT \r\n3 CONT zwei");
+    EXPECT_EQ(fold("Ende\r\n  "), "1 NOTE Ende\r\n2 CONT ");
+    EXPECT_EQ(fold("\r\nText"), "1 NOTE \r\n2 CONT Text");
+    EXPECT_EQ(fold("  \r\n \r\n  "), "");
+    EXPECT_EQ(fold("   "), "");
+    EXPECT_EQ(fold("  vorn bleibt  "), "1 NOTE   vorn bleibt");
+    EXPECT_EQ(fold("x", 1, " CAUS "), "1 CAUS x");
+    // A single CR or LF is no line break here.
+    EXPECT_EQ(fold("a\nb"), "1 NOTE a\nb");
+    // "#CONT#" typed by the user breaks the line; a "#" restarts the count 7 characters on.
+    EXPECT_EQ(fold("a#CONT#b"), "1 NOTE a\r\n2 CONT b");
+    const std::string hashes = chars(90) + "#" + chars(105);
+    EXPECT_EQ(fold(hashes), "1 NOTE " + hashes);
+    // Behind a line break a piece holds 102 characters.
+    EXPECT_EQ(fold("a\r\n" + chars(103)), "1 NOTE a\r\n2 CONT " + chars(102) + "\r\n2 CONC x");
+    // No place between two non-blank characters within 200: the split falls at 201.
+    const std::string spaced = chars(1) + std::string(250, ' ') + chars(5);
+    EXPECT_EQ(fold(spaced).substr(0, 7 + 202), "1 NOTE " + spaced.substr(0, 202));
+    // The count is in characters, not bytes.
+    EXPECT_EQ(fold(chars(100, 'a') + "ä").find("CONC"), std::string::npos);
+}
+
+TEST(GEDtext, MarkersSurviveARunOfBlanksBeforeThem) {
+    // Blanks from character 100 up to a line break: the split must not cut the marker.
+    const std::string text = chars(99) + std::string(31, ' ') + "\r\nweiter";
+    const std::string folded = fold(text);
+    EXPECT_NE(folded.find("\r\n2 CONT weiter"), std::string::npos) << folded;
+    EXPECT_EQ(folded.find('#'), std::string::npos) << folded;
+}
+
+TEST(Zeichensatz, AnsiIsWindows1252) {
+    EXPECT_EQ(ansi_text("Müller € ß"), "M\xFCller \x80 \xDF");
+    EXPECT_EQ(ansi_text("Dvořák 東京"), "Dvo?\xE1k ??");
+    EXPECT_EQ(aus_ansi("M\xFCller \x80"), "Müller €");
+    EXPECT_EQ(aus_ansi("Müller"), "Müller"); // UTF-8 stays
+    EXPECT_EQ(utf8_text("Dvořák"), "Dvořák");
+}
+
+using Lines = test::ExportFixture;
+
+TEST_F(Lines, TheChosenCharacterSetAppliesToEveryLine) {
+    const std::string utf8 = written([] {
+        zeile(1, "NAME Jürgen /Dvořák/");
+        GEDtext(1, "NOTE", "Grüße\r\naus Köln");
+    });
+    EXPECT_EQ(utf8, "1 NAME Jürgen /Dvořák/\r\n1 NOTE Grüße\r\n2 CONT aus Köln\r\n");
+    Auswahl().Zeichensatz(0).set("Value", Value(true));
+    Auswahl().Zeichensatz(1).set("Value", Value(false));
+    const std::string ansi = written([] { zeile(1, "NAME Jürgen /Dvořák/"); });
+    EXPECT_EQ(ansi, "1 NAME J\xFCrgen /Dvo?\xE1k/\r\n");
+    EXPECT_NE(utf8.substr(0, 3), "\xEF\xBB\xBF"); // never a byte order mark
+}

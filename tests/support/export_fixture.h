@@ -1,0 +1,104 @@
+// A family tree made inside a test, opened as the program opens one: the side databases and
+// the language texts of the staged data folder, a file of the current version with the rows
+// a test adds, the long-lived cursors, and the wizard's options at their design values.
+#pragma once
+
+#include "database/recordset.h"
+#include "database/schema/schema.h"
+#include "database/tabellen.h"
+#include "frame/globals.h"
+#include "frame/platform.h"
+#include "frame/sprache.h"
+#include "gedcom/ausgabe.h"
+#include "support/temp_dir.h"
+#include "wizard/auswahl.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+namespace folio::test {
+
+inline std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+struct ExportFixture : ::testing::Test {
+    TempDir dir;
+    std::string datei;
+    ScriptedPlatform* scripted = nullptr;
+    std::unique_ptr<Platform> previous;
+
+    void SetUp() override {
+        namespace fs = std::filesystem;
+        const char* stage = std::getenv("FOLIO_STAGE");
+        ASSERT_TRUE(stage) << "FOLIO_STAGE names the staged folders";
+        Datenpfad = dir.file("Daten");
+        Programmpfad = dir.file("Programm");
+        fs::create_directories(Programmpfad);
+        fs::copy(std::string(stage) + "/Daten", Datenpfad, fs::copy_options::recursive);
+        Sprache = "Deutsch";
+        sprache_oeffnen(Datenpfad + "/language.mdb");
+        schema::buildTemplate(dir.path());
+        datei = dir.file("Test.SF6");
+        fs::copy_file(dir.file("SF.MDB"), datei);
+        DB = dao::OpenDatabase(datei);
+        tabellen_oeffnen();
+        auto p = std::make_unique<ScriptedPlatform>();
+        scripted = p.get();
+        previous = setPlatform(std::move(p));
+        resetForm();
+    }
+    void TearDown() override {
+        alle_schliessen("");
+        sprache_schliessen();
+        setPlatform(std::move(previous));
+    }
+
+    static void resetForm() {
+        AuswahlForm& form = Auswahl();
+        form.Zeichensatz(0).set("Value", Value(false));
+        form.Zeichensatz(1).set("Value", Value(true));
+        form.Zeichensatz(0).set("Caption", Value("Ansi"));
+        form.Zeichensatz(1).set("Caption", Value("UTF-8"));
+        form.Chancheck().set("Value", Value(0));
+        form.nur_auf_55().set("Value", Value(0));
+        for (int i = 0; i < 4; ++i)
+            form.Datenschutzcheck(i).set("Value", Value(1));
+        for (int i = 0; i < 7; ++i)
+            form.Verfasser(i).set("Text", Value(""));
+        form.Anmerkung().set("Text", Value(""));
+        form.Fortschritttext().set("Text", Value(""));
+        form.gedcom_zusaetze.clear();
+    }
+
+    // Adds a row to a table of the family tree: field names and values.
+    void add(const std::string& table, std::initializer_list<std::pair<const char*, Value>> row) {
+        auto rs = DB->OpenRecordset(table);
+        rs->AddNew();
+        for (const auto& [name, value] : row)
+            rs->set(name, value);
+        rs->Update();
+    }
+
+    // What `f` writes to an output, as the file holds it.
+    std::string written(const std::function<void()>& f) {
+        const std::string path = dir.file("out.GED");
+        {
+            GedcomAusgabe out(path);
+            LaufendeAusgabe laufend(out);
+            f();
+            out.abschliessen();
+        }
+        return readFile(path);
+    }
+};
+
+} // namespace folio::test
