@@ -21,6 +21,9 @@ namespace folio {
 
 namespace {
 
+const char* const ExportFehlgeschlagen =
+    "9801 Der Export ist fehlgeschlagen, die alte Datei bleibt erhalten.";
+
 std::string zwei(int n) {
     return (n < 10 ? "0" : "") + std::to_string(n);
 }
@@ -125,10 +128,7 @@ ExportErgebnis Exportstarten() {
         schreiben(ziel);
     } catch (const std::exception& e) {
         form.set("MousePointer", Value(MausNormal));
-        meldung(sprachtext("9801 Der GEDCOM-Export ist fehlgeschlagen; eine vorhandene Datei "
-                           "bleibt unverändert.") +
-                    "\r\n\r\n" + e.what(),
-                StilFehler, Produktname);
+        meldung(sprachtext(ExportFehlgeschlagen) + "\r\n\r\n" + e.what(), StilFehler, Produktname);
         return ExportErgebnis::Fehler;
     }
     form.set("MousePointer", Value(MausNormal));

@@ -70,11 +70,15 @@ std::multimap<int, KeyUse> keysInCode() {
             const std::string code = withoutComments(text.str());
             const std::string name = fs::relative(entry.path(), FOLIO_SOURCE_DIR).string();
             for (const std::regex* re : {&call, &literal})
-                for (std::sregex_iterator it(code.begin(), code.end(), *re), end; it != end; ++it)
+                for (std::sregex_iterator it(code.begin(), code.end(), *re), end; it != end; ++it) {
+                    // A literal that begins with a small number is a GEDCOM line ("0 HEAD").
+                    if (re == &literal && std::stoi((*it)[1]) < 100)
+                        continue;
                     keys.emplace(std::stoi((*it)[1]),
                                  KeyUse{name, (*it)[2].matched ? std::string((*it)[2]).substr(
                                                                      re == &call ? 1 : 0)
                                                                : ""});
+                }
         }
     }
     return keys;
