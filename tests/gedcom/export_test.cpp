@@ -122,3 +122,26 @@ TEST_F(Run, FailuresLoseNothing) {
     for (const auto& f : fs::directory_iterator(dir.file("ziel")))
         EXPECT_EQ(f.path().filename(), "Familie.Meier.GED");
 }
+
+TEST_F(Run, TheSampleTree) {
+    alle_schliessen(datei);
+    DB = dao::OpenDatabase(Datenpfad + "/Beispiel.SF6");
+    tabellen_oeffnen();
+    Auswahl().Datei(0).set("FileName", Value("Beispiel.SF6"));
+    ASSERT_EQ(Exportstarten(), ExportErgebnis::Fertig);
+    const std::string text = test::readFile(ziel);
+    EXPECT_EQ(text.find("0 HEAD\r\n"), 0u);
+    EXPECT_NE(text.find("1 FILE Beispiel.SF6\r\n"), std::string::npos);
+    EXPECT_NE(text.find("0 @00001@ SUBM\r\n"), std::string::npos);
+    EXPECT_EQ(text.substr(text.size() - 8), "0 TRLR\r\n");
+    const std::string report = Auswahl().Fortschritttext().text("Text");
+    std::size_t at = 0;
+    for (const char* stage : {"Familien werden zusammengestellt", "Personen", "Ortsnotizen",
+                              "Notizen", "Quellen", "Adressen", "Bilder",
+                              "Familien werden "
+                              "geschrieben",
+                              "Schließe Export ab"}) {
+        at = report.find(stage, at);
+        EXPECT_NE(at, std::string::npos) << stage;
+    }
+}
