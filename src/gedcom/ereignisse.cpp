@@ -1,0 +1,160 @@
+#include "gedcom/ereignisse.h"
+
+#include "database/tabellen.h"
+#include "database/text_util.h"
+#include "frame/platform.h"
+#include "frame/sprache.h"
+#include "gedcom/datum.h"
+#include "gedcom/orte.h"
+#include "gedcom/rtf.h"
+#include "gedcom/verknuepfungen.h"
+#include "gedcom/zeichensatz.h"
+#include "gedcom/zeilen.h"
+#include "wizard/auswahl.h"
+
+#include <algorithm>
+
+namespace folio {
+
+namespace {
+
+std::string getrimmt(const std::string& s) {
+    return std::string(trimBlanks(s));
+}
+
+// The four columns of the catalogue that an event needs.
+struct Ereignisart {
+    std::string gedtag;
+    std::string art;
+    std::int64_t maxhauptpersonen = 0;
+    bool causAlsTag = false;
+};
+
+bool ereignisart_lesen(dao::Recordset& rs, Ereignisart& a) {
+    a.gedtag = rs.get("gedtag").text();
+    a.art = rs.get("Art").text();
+    a.maxhauptpersonen = rs.get("maxhauptpersonen").toInt();
+    a.causAlsTag = rs.get("CAUSasTAG").toBool();
+    return true;
+}
+
+// The kind of event from the file's own table of kinds, else from the catalogue.
+bool ereignisart_finden(std::int64_t art, Ereignisart& a) {
+    if (rs_Ereignisdb) {
+        rs_Ereignisdb->Seek("=", Value(static_cast<long long>(art)));
+        if (!rs_Ereignisdb->NoMatch())
+            return ereignisart_lesen(*rs_Ereignisdb, a);
+    }
+    rs_Deutsch->FindFirst("Index = " + std::to_string(art));
+    return !rs_Deutsch->NoMatch() && ereignisart_lesen(*rs_Deutsch, a);
+}
+
+// The role of an associate: its words, else the language text of its letter.
+std::string rolle(const std::string& asso, const std::string& ursprung) {
+    std::string r = asso;
+    if (r.empty() && !ursprung.empty()) {
+        const std::string zeichen = ansi_text(utf8_aus(codepunkte(ursprung).substr(0, 1)));
+        r = sprachtext(std::to_string(1800 + static_cast<unsigned char>(zeichen[0])));
+    }
+    if (upperAscii(r) == "TAUFPATE")
+        r = "Godfather";
+    return r;
+}
+
+void assoziierte(std::int16_t nr, RecordId ereignis) {
+    auto rs =
+        DB->OpenRecordset("Select DISTINCT quelle,ursprung, asso FROM Ereignis_DS WHERE Ziel = " +
+                          ereignis.numberText() + " ;");
+    for (; !rs->Eof(); rs->MoveNext()) {
+        const std::string ursprung = rs->get("ursprung").text();
+        if (upperAscii(ursprung) == "D")
+            continue; // main persons are no associates of their own event
+        zeile(nr + 1, "ASSO @I" + rs->get("quelle").toRecordId().text() + "@");
+        zeile(nr + 2, "RELA " + rolle(rs->get("asso").text(), ursprung));
+    }
+}
+
+} // namespace
+
+RecordId ereignis_sortschluessel(int jahr, int monat, int tag) {
+    if (jahr == 0)
+        jahr = 2200;
+    if (monat == 0)
+        monat = 12;
+    if (tag == 0 && ++monat == 13) {
+        ++jahr;
+        monat = 1;
+    }
+    return RecordId(static_cast<std::int64_t>(DateTime::fromDate(jahr, monat, tag).days()));
+}
+
+void Ereignisliste::hinzufuegen(int jahr, int monat, int tag, RecordId ereignis) {
+    eintraege_.push_back({ereignis_sortschluessel(jahr, monat, tag), ereignis});
+}
+
+// Equal keys are never exchanged: any stable sort gives the order of the exchange sort.
+void Ereignisliste::sortieren() {
+    std::stable_sort(eintraege_.begin(), eintraege_.end(), [](const Eintrag& a, const Eintrag& b) {
+        return a.schluessel < b.schluessel;
+    });
+}
+
+void ereignis_einreihen(Ereignisliste& liste, RecordId ziel) {
+    dao::Recordset& e = *rs_Ereignis;
+    e.Index("Counter");
+    e.Seek("=", Value(ziel));
+    if (!e.NoMatch())
+        liste.hinzufuegen(static_cast<int>(e.get("vjahr").toInt()),
+                          static_cast<int>(e.get("vmonat").toInt()),
+                          static_cast<int>(e.get("vtag").toInt()), ziel);
+}
+
+void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP) {
+    platform().doEvents();
+    dao::Recordset& e = *rs_Ereignis;
+    e.Index("Counter");
+    if (rs_Ereignisdb)
+        rs_Ereignisdb->Index("Index");
+    e.Seek("=", Value(datensatz));
+    if (e.NoMatch() || !e.get("markierung").toBool())
+        return;
+    Ereignisart art;
+    if (!ereignisart_finden(e.get("Art").toInt(), art))
+        return;
+    const std::string grund = e.get("Grund").text();
+    const std::string tag = getrimmt(art.gedtag);
+    const std::string tagwert = art.causAlsTag ? " " + getrimmt(grund) : "";
+    if (maxHP != art.maxhauptpersonen)
+        return;
+
+    const auto unter = static_cast<std::int16_t>(nr + 1);
+    if (tag.empty()) {
+        zeile(nr, "EVEN");
+        zeile(unter, "TYPE " + art.art);
+    } else {
+        zeile(nr, tag + tagwert);
+    }
+    datumschreiben(unter, e);
+    const std::string kurztext = e.get("Kurztext").text();
+    const RecordId counter = e.get("Counter").toRecordId();
+    const RecordId ort = e.get("Ort").toRecordId();
+    const RecordId bild = e.get("Bild").toRecordId();
+    const Value geaendert = e.get("geaendert");
+    const std::string text = rtf_klartext(e.get("Text").text());
+    if (!trimBlanks(kurztext).empty())
+        GEDtext(unter, "NOTE", kurztext);
+    if (!trimBlanks(text).empty())
+        GEDtext(unter, "TEXT", text);
+    if (!trimBlanks(grund).empty() && tagwert.empty()) {
+        AuswahlForm& form = Auswahl();
+        const bool alsNotiz = form.angehakt(form.nur_auf_55()) && trimBlanks(kurztext).empty();
+        GEDtext(unter, alsNotiz ? " NOTE " : " CAUS ", grund);
+    }
+    ortschreiben(unter, ort);
+    Bildverknuepfungschreiben(unter, bild);
+    Chanschreiben(unter, geaendert);
+    Quellenschreiben(unter, counter, "E");
+    assoziierte(nr, counter);
+}
+
+} // namespace folio

@@ -1,0 +1,42 @@
+// Events: the writer of one event structure, and the list of a person's or a family's
+// events in the order of their dates.
+#pragma once
+
+#include "database/record_id.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace folio {
+
+// Writes the event `datensatz` at level `nr` with its tag (or EVEN and TYPE), date, texts,
+// cause, place, picture, change stamp, sources and associates; nothing where the event isn't
+// there or isn't marked, where neither catalogue knows its kind, or where its kind has another
+// number of main persons than `maxHP` (1 under a person, 2 under a family).
+void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP);
+
+// The sort key of a partial date: an unknown year sorts behind all dated events, an unknown
+// month at the end of its year, an unknown day at the end of its month.
+RecordId ereignis_sortschluessel(int jahr, int monat, int tag);
+
+// The events of one record, in the order of their dates; events of the same day keep the
+// order in which they were added.
+class Ereignisliste {
+public:
+    struct Eintrag {
+        RecordId schluessel;
+        RecordId ereignis;
+    };
+    void leeren() { eintraege_.clear(); }
+    void hinzufuegen(int jahr, int monat, int tag, RecordId ereignis);
+    void sortieren();
+    const std::vector<Eintrag>& eintraege() const { return eintraege_; }
+
+private:
+    std::vector<Eintrag> eintraege_;
+};
+
+// Adds the event `ziel` to the list where it is found in rs_Ereignis, keyed by its first date.
+void ereignis_einreihen(Ereignisliste& liste, RecordId ziel);
+
+} // namespace folio

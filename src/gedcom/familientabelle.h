@@ -1,0 +1,43 @@
+// The family table of an export run: one row per family, made from the parents of the
+// marked persons and from their partnerships. A row's number is the family's number in the
+// file. Indexes beside the rows keep every search linear in the size of the export.
+#pragma once
+
+#include "database/record_id.h"
+
+#include <cstddef>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace folio {
+
+class Familientabelle {
+public:
+    struct Familie {
+        RecordId vater;
+        RecordId mutter;
+    };
+
+    std::size_t anzahl() const { return zeilen_.size(); }
+    // Row i, counted from 1.
+    const Familie& zeile(std::size_t i) const { return zeilen_[i - 1]; }
+    // The first row with exactly this father and mother.
+    std::optional<std::size_t> suchen(RecordId vater, RecordId mutter) const;
+    // Adds a row and gives its number.
+    std::size_t hinzufuegen(RecordId vater, RecordId mutter);
+    // The rows with this father and mother, in ascending order.
+    const std::vector<std::size_t>& zeilen_mit_eltern(RecordId vater, RecordId mutter) const;
+    // The rows in which the person is father or mother, in ascending order.
+    const std::vector<std::size_t>& zeilen_mit_person(RecordId person) const;
+
+private:
+    struct PaarHash {
+        std::size_t operator()(const std::pair<RecordId, RecordId>& p) const noexcept;
+    };
+    std::vector<Familie> zeilen_;
+    std::unordered_map<std::pair<RecordId, RecordId>, std::vector<std::size_t>, PaarHash> paare_;
+    std::unordered_map<RecordId, std::vector<std::size_t>> personen_;
+};
+
+} // namespace folio
