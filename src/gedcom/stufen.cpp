@@ -2,6 +2,7 @@
 
 #include "frame/platform.h"
 #include "frame/sprache.h"
+#include "gedcom/personen.h"
 #include "wizard/auswahl.h"
 
 namespace folio {
@@ -19,6 +20,7 @@ void ExportStufen::familien_aus_eltern() {}
 void ExportStufen::familien_aus_partnerschaften() {}
 void ExportStufen::personen() {
     beginnen("611");
+    personen_schreiben(familientabelle);
 }
 void ExportStufen::ortsnotizen() {
     beginnen("614");

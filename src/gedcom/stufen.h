@@ -2,6 +2,8 @@
 // a stage with its progress text and its share of the progress bar.
 #pragma once
 
+#include "gedcom/familientabelle.h"
+
 #include <string>
 
 namespace folio {
@@ -18,6 +20,9 @@ public:
     void adressen();
     void medien();
     void familien();
+
+    // The families of the run, complete before the first person is written.
+    Familientabelle familientabelle;
 
 private:
     // Appends the stage's text to the progress report, repaints it and lets events run.

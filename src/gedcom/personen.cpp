@@ -1,0 +1,182 @@
+#include "gedcom/personen.h"
+
+#include "database/tabellen.h"
+#include "database/text_util.h"
+#include "frame/sprache.h"
+#include "gedcom/ereignisse.h"
+#include "gedcom/export.h"
+#include "gedcom/familientabelle.h"
+#include "gedcom/orte.h"
+#include "gedcom/rtf.h"
+#include "gedcom/verknuepfungen.h"
+#include "gedcom/zeichensatz.h"
+#include "gedcom/zeilen.h"
+#include "wizard/auswahl.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace folio {
+
+namespace {
+
+std::string getrimmt(const std::string& s) {
+    return std::string(trimBlanks(s));
+}
+bool gefuellt(const std::string& s) {
+    return !trimBlanks(s).empty();
+}
+
+// `laenge` characters from the character `start` on (counted from 1), as far as there are.
+std::string mitte(const std::string& s, std::size_t start, std::size_t laenge) {
+    const std::u32string t = codepunkte(s);
+    return start > t.size() ? "" : utf8_aus(t.substr(start - 1, laenge));
+}
+
+// The first character of the trimmed given names and a point: the initial of a living
+// person whose names are protected.
+std::string initiale(const std::string& givn) {
+    return mitte(getrimmt(givn), 1, 1) + ".";
+}
+
+// The role of an associated person: a number from 1802 to 1898 stands for a language text.
+std::string rolle(const std::string& asso) {
+    std::string r = asso;
+    const double n = std::trunc(numericValue(asso));
+    if (n > 1801 && n < 1899)
+        r = sprachtext(std::to_string(static_cast<int>(n)));
+    if (upperAscii(r) == "TAUFPATE")
+        r = "Godfather";
+    return r;
+}
+
+void namen(dao::Recordset& p, bool geschuetzt) {
+    const std::string givn = p.get("GIVN").text();
+    const std::string surn = p.get("SURN").text();
+    zeile(1, "NAME " + (geschuetzt ? initiale(givn) : givn) + " /" + surn + "/");
+    if (gefuellt(givn))
+        zeile(2, "GIVN " + (geschuetzt ? initiale(givn) : getrimmt(givn)));
+    if (gefuellt(surn))
+        zeile(2, "SURN " + getrimmt(surn));
+    if (geschuetzt)
+        return;
+    for (const auto& [feld, tag] :
+         std::array<std::pair<const char*, const char*>, 5>{{{"ABBR", "ABBR"},
+                                                             {"NICK", "NICK"},
+                                                             {"NPFX", "NPFX"},
+                                                             {"NFSX", "NSFX"},
+                                                             {"SPFX", "SPFX"}}}) {
+        const std::string wert = p.get(feld).text();
+        if (gefuellt(wert))
+            zeile(2, std::string(tag) + " " + getrimmt(wert));
+    }
+    const std::string notiz = p.get("NameNOTE").text();
+    if (gefuellt(notiz))
+        GEDtext(2, "NOTE", notiz);
+}
+
+void ereignisse(RecordId person) {
+    Ereignisliste liste;
+    auto rs = DB->OpenRecordset(
+        "Select ziel, ursprung FROM Ereignis_DS WHERE Quelle =" + person.numberText() + " ;");
+    for (; !rs->Eof(); rs->MoveNext())
+        if (rs->get("ursprung").text() == "d")
+            ereignis_einreihen(liste, rs->get("ziel").toRecordId());
+    liste.sortieren();
+    for (const Ereignisliste::Eintrag& e : liste.eintraege())
+        ereignisschreiben(1, e.ereignis, 1);
+}
+
+void assoziierte(RecordId person) {
+    auto rs = DB->OpenRecordset(
+        "Select DISTINCT Ziel, ASSO FROM Daten_DS WHERE Art = 'Z' AND ( Quelle =" +
+        person.sqlLiteral() + ") ORDER BY Asso ;");
+    for (; !rs->Eof(); rs->MoveNext()) {
+        zeile(1, "ASSO @I" + rs->get("Ziel").toRecordId().text() + "@");
+        zeile(2, "RELA " + rolle(rs->get("ASSO").text()));
+    }
+}
+
+// FAMC and FAMS by the rows of the family table, in the order of the rows.
+void familien(const Familientabelle& tabelle, RecordId person, RecordId vater, RecordId mutter) {
+    const auto& kind = tabelle.zeilen_mit_eltern(vater, mutter);
+    const auto& eltern = tabelle.zeilen_mit_person(person);
+    auto k = kind.begin();
+    auto e = eltern.begin();
+    while (k != kind.end() || e != eltern.end()) {
+        const std::size_t i =
+            std::min(k != kind.end() ? *k : SIZE_MAX, e != eltern.end() ? *e : SIZE_MAX);
+        if (k != kind.end() && *k == i) {
+            zeile(1, "FAMC @F" + std::to_string(i) + "@");
+            ++k;
+        }
+        if (e != eltern.end() && *e == i) {
+            zeile(1, "FAMS @F" + std::to_string(i) + "@");
+            ++e;
+        }
+    }
+}
+
+void person_schreiben(dao::Recordset& p, const Familientabelle& tabelle) {
+    AuswahlForm& form = Auswahl();
+    const bool lebt = p.get("Lebt").toBool();
+    bool geschuetzt[4];
+    for (int k = 0; k < 4; ++k)
+        geschuetzt[k] = lebt && form.angehakt(form.Datenschutzcheck(k));
+    const RecordId counter = p.get("Counter").toRecordId();
+
+    zeile("0 @I" + counter.text() + "@ INDI");
+    namen(p, geschuetzt[0]);
+    zeile(1, p.get("Geschlecht").text() == "M" ? "SEX M" : "SEX F");
+    const std::string titl = p.get("TITL").text();
+    if (gefuellt(titl) && !geschuetzt[1])
+        zeile(1, "TITL " + getrimmt(titl));
+    if (!geschuetzt[2]) {
+        const Value occu = p.get("OCCU");
+        if (!occu.isNull() && gefuellt(occu.text()))
+            GEDtext(1, "OCCU", occu.text());
+        ereignisse(counter);
+    }
+    if (!geschuetzt[3]) {
+        const Value memo = p.get("Memo");
+        const std::string klartext = memo.isNull() ? "" : rtf_klartext(memo.text());
+        if (gefuellt(klartext))
+            GEDtext(1, "NOTE", klartext);
+        const RecordId ort = p.get("Ort").toRecordId(), bild = p.get("Bild").toRecordId(),
+                       notiz = p.get("Notiz").toRecordId();
+        const std::string religion = p.get("Religion").text();
+        if (!form.angehakt(form.nur_auf_55()))
+            ortschreiben(1, ort);
+        Bildverknuepfungschreiben(1, bild);
+        Notizverknuepfungschreiben(1, notiz);
+        if (gefuellt(religion))
+            zeile(1, "RELI " + getrimmt(religion));
+    }
+    Chanschreiben(1, p.get("geaendert"));
+    const Value guid = p.get("GUID");
+    if (!guid.isNull())
+        zeile(1, "_UID " + mitte(guid.text(), 2, 36)); // without the braces
+    if (!geschuetzt[3])
+        Quellenschreiben(1, counter, "D");
+    assoziierte(counter);
+    familien(tabelle, counter, p.get("Vater").toRecordId(), p.get("Mutter").toRecordId());
+}
+
+} // namespace
+
+void personen_schreiben(const Familientabelle& familien) {
+    auto rs = DB->OpenRecordset("SELECT * FROM Daten WHERE Markierung = TRUE ;");
+    if (rs->Eof())
+        return;
+    rs->MoveLast();
+    const std::int64_t gesamt = rs->RecordCount();
+    rs->MoveFirst();
+    std::int64_t anzahl = 0;
+    for (; !rs->Eof(); rs->MoveNext()) {
+        fortschritt_setzen(++anzahl, gesamt, 15, 50);
+        person_schreiben(*rs, familien);
+    }
+}
+
+} // namespace folio

@@ -1,0 +1,12 @@
+// Person records: one INDI record for each marked person, with the privacy rules for living
+// persons.
+#pragma once
+
+namespace folio {
+
+class Familientabelle;
+
+// The stage of the persons: every marked person in the order of the query, with progress.
+void personen_schreiben(const Familientabelle& familien);
+
+} // namespace folio
