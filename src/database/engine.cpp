@@ -284,6 +284,7 @@ void Database::Close() {
         sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
         transactionDepth_ = 0;
     }
+    queries_.clear();
     connection_.close();
     tables_.clear();
     if (workspace_)
@@ -366,8 +367,51 @@ void Database::executeSchemaChange(const std::string& sql, std::string_view tabl
     beforeWrite();
     releaseStatements(table);
     tables_.clear();
+    queries_.clear();
     connection_.exec(sql);
     tables_.clear();
+}
+
+std::shared_ptr<CachedQuery> Database::cachedQuery(const std::string& key) {
+    auto it = queries_.find(key);
+    if (it != queries_.end())
+        return it->second;
+    auto query = std::make_shared<CachedQuery>();
+    const std::string translated = jet::translate(key);
+    const jet::SelectShape shape = jet::analyzeSelect(translated);
+    if (!shape.isSelect)
+        throw DatabaseError(err::OperationNotSupported,
+                            "Only a SELECT query can be opened as a recordset: " + key, path_, key);
+    if (shape.updatable && hasTable(shape.table)) {
+        query->updatable = true;
+        query->table = tableInfo(shape.table).name;
+        query->qualifier = shape.qualifier;
+        const std::string rowid = quoteIdentifier(shape.qualifier) + ".rowid";
+        query->selectSql = "SELECT " + rowid + ", " + shape.selectList + " " + shape.fromTable;
+        query->fromTable = shape.fromTable;
+        query->sql = query->selectSql + " " + shape.rest;
+    } else {
+        query->sql = translated;
+    }
+    if (queries_.size() > 1000) // SQL built in a loop with texts in it: don't keep all
+        queries_.clear();
+    queries_.emplace(key, query);
+    return query;
+}
+
+std::unique_ptr<sqlite::Statement> Database::acquire(CachedQuery& query) {
+    if (!query.pool.empty()) {
+        std::unique_ptr<sqlite::Statement> s = std::move(query.pool.back());
+        query.pool.pop_back();
+        return s;
+    }
+    return std::make_unique<sqlite::Statement>(connection(), query.sql);
+}
+
+void Database::release(CachedQuery& query, std::unique_ptr<sqlite::Statement> statement) {
+    statement->reset();
+    if (query.pool.size() < 4)
+        query.pool.push_back(std::move(statement));
 }
 
 std::vector<std::string> Database::TableNames() const {
@@ -528,6 +572,7 @@ void Database::Rollback() {
     }
     --transactionDepth_;
     tables_.clear();
+    queries_.clear();
     ++writeGeneration_;
 }
 

@@ -17,6 +17,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace folio::dao {
@@ -52,6 +53,25 @@ struct TableInfo {
     std::vector<IndexDef> indexes;
     int fieldIndex(std::string_view name) const; // -1 when there is no such field
     const IndexDef* index(std::string_view name) const;
+};
+
+// The fields of a recordset: shared by every recordset on the same query.
+struct FieldLayout {
+    std::vector<FieldDef> fields;                // one per column of the rows
+    std::vector<std::string> baseNames;          // the base table's column behind each field, or ""
+    std::vector<bool> dynamic;                   // no declared type: read by storage class
+    std::unordered_map<std::string, int> byName; // lower-case name to field
+};
+
+// The prepared form of a query that recordsets open again and again with other numbers:
+// its SQL for the store with a parameter for each number, what it says of its rows, and
+// statements ready to run.
+struct CachedQuery {
+    bool updatable = false; // its rows stand for rows of one table
+    std::string table, qualifier, selectSql, fromTable;
+    std::string sql; // what runs: the rowids in front where updatable
+    std::shared_ptr<const FieldLayout> layout;
+    std::vector<std::unique_ptr<sqlite::Statement>> pool;
 };
 
 // A table of a database, or a table being defined before it is appended to one.
@@ -133,6 +153,11 @@ public:
     std::uint64_t writeGeneration() const { return writeGeneration_; }
     // Runs DDL that changes `table` (empty: any table) and forgets what was known of it.
     void executeSchemaChange(const std::string& sql, std::string_view table);
+    // The prepared form of a query whose numbers stand as parameters.
+    std::shared_ptr<CachedQuery> cachedQuery(const std::string& key);
+    // A statement of the query, and back when done with it.
+    std::unique_ptr<sqlite::Statement> acquire(CachedQuery& query);
+    void release(CachedQuery& query, std::unique_ptr<sqlite::Statement> statement);
 
 private:
     friend class Workspace;
@@ -148,6 +173,7 @@ private:
     sqlite::Connection connection_;
     std::vector<Recordset*> recordsets_;
     std::map<std::string, TableInfo> tables_; // by lower-case name
+    std::unordered_map<std::string, std::shared_ptr<CachedQuery>> queries_;
     std::uint64_t writeGeneration_ = 1;
     std::int64_t recordsAffected_ = 0;
     int transactionDepth_ = 0;

@@ -303,6 +303,47 @@ SelectShape analyzeSelect(std::string_view sql) {
     return shape;
 }
 
+Parameterized parameterize(std::string_view sql) {
+    Parameterized out;
+    out.key.reserve(sql.size());
+    const std::vector<Token> tokens = tokenize(sql);
+    auto isComparison = [](const Token& t) {
+        return t.kind == TokenKind::Symbol && (t.text == "=" || t.text == "<>" || t.text == "<" ||
+                                               t.text == ">" || t.text == "<=" || t.text == ">=");
+    };
+    const Token* previous = nullptr;
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const Token& t = tokens[i];
+        if (t.kind == TokenKind::Space) {
+            out.key += t.text;
+            continue;
+        }
+        bool negative = false;
+        std::size_t number = i;
+        if (previous && isComparison(*previous) && t.kind == TokenKind::Symbol && t.text == "-" &&
+            i + 1 < tokens.size() && tokens[i + 1].kind == TokenKind::Number) {
+            negative = true;
+            number = i + 1;
+        }
+        if (previous && isComparison(*previous) && tokens[number].kind == TokenKind::Number) {
+            const std::string digits(tokens[number].text);
+            double value = 0;
+            auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+            if (ec == std::errc() && end == digits.data() + digits.size()) {
+                out.key += "?";
+                out.numbers.push_back(negative ? -value : value);
+                out.whole.push_back(digits.find_first_of(".eE") == std::string::npos);
+                previous = &tokens[number];
+                i = number;
+                continue;
+            }
+        }
+        out.key += t.text;
+        previous = &t;
+    }
+    return out;
+}
+
 std::string bareTableName(std::string_view text) {
     const std::string_view t = trimBlanks(text);
     if (t.empty())

@@ -39,6 +39,16 @@ std::string translate(std::string_view sql);
 // folio::DatabaseError when the text is no date.
 double dateLiteralValue(std::string_view inside);
 
+// SQL text with the numbers that follow a comparison taken out as parameters ("Quelle = 17"
+// becomes "Quelle = ?" and 17): the key under which a query is prepared once and run with
+// other numbers.
+struct Parameterized {
+    std::string key;
+    std::vector<double> numbers;
+    std::vector<bool> whole; // the number was written without a decimal point
+};
+Parameterized parameterize(std::string_view sql);
+
 // What a recordset needs to know of a translated SELECT: whether its rows stand for rows
 // of one table (so that they can be written back), and the pieces to re-read one row.
 struct SelectShape {

@@ -62,6 +62,7 @@ Recordset::~Recordset() {
 void Recordset::Close() {
     if (!db_)
         return;
+    returnLease();
     seekStatements_.clear();
     refetch_ = nullptr;
     statements_.clear();
@@ -96,12 +97,13 @@ sqlite::Statement& Recordset::cached(const std::string& sql) {
 
 void Recordset::setFields(std::vector<FieldDef> fields, std::vector<std::string> baseNames,
                           std::vector<bool> dynamic) {
-    fields_ = std::move(fields);
-    baseNames_ = std::move(baseNames);
-    dynamic_ = std::move(dynamic);
-    byName_.clear();
-    for (std::size_t i = 0; i < fields_.size(); ++i)
-        byName_.emplace(lowerAscii(fields_[i].Name), static_cast<int>(i));
+    auto layout = std::make_shared<FieldLayout>();
+    layout->fields = std::move(fields);
+    layout->baseNames = std::move(baseNames);
+    layout->dynamic = std::move(dynamic);
+    for (std::size_t i = 0; i < layout->fields.size(); ++i)
+        layout->byName.emplace(lowerAscii(layout->fields[i].Name), static_cast<int>(i));
+    layout_ = std::move(layout);
 }
 
 void Recordset::openTable(const std::string& table) {
@@ -121,39 +123,61 @@ void Recordset::openTable(const std::string& table) {
 
 void Recordset::openDynaset(const std::string& sql) {
     querySql_ = sql;
-    const std::string translated = jet::translate(sql);
-    const jet::SelectShape shape = jet::analyzeSelect(translated);
-    if (!shape.isSelect)
-        throw DatabaseError(err::OperationNotSupported,
-                            "Only a SELECT query can be opened as a recordset: " + sql, db_->Name(),
-                            sql);
+    const jet::Parameterized p = jet::parameterize(sql);
+    query_ = db_->cachedQuery(p.key);
     snapshot_.clear();
     rowids_.clear();
-    if (shape.updatable && db_->hasTable(shape.table)) {
-        table_ = db_->tableInfo(shape.table).name;
-        qualifier_ = shape.qualifier;
-        const std::string rowid = quoteIdentifier(qualifier_) + ".rowid";
-        selectSql_ = "SELECT " + rowid + ", " + shape.selectList + " " + shape.fromTable;
-        collectSql_ = selectSql_ + " " + shape.rest;
-        fromTable_ = shape.fromTable;
-        stream_ = &cached(collectSql_);
-        deriveFields(*stream_, 1);
+    leased_ = db_->acquire(*query_);
+    for (std::size_t i = 0; i < p.numbers.size(); ++i) {
+        if (p.whole[i])
+            leased_->bindInt(static_cast<int>(i + 1), static_cast<std::int64_t>(p.numbers[i]));
+        else
+            leased_->bind(static_cast<int>(i + 1), Value(p.numbers[i]));
+    }
+    if (query_->updatable) {
+        table_ = query_->table;
+        qualifier_ = query_->qualifier;
+        selectSql_ = query_->selectSql;
+        fromTable_ = query_->fromTable;
+        stream_ = leased_.get();
+        if (!query_->layout) {
+            deriveFields(*stream_, 1);
+            query_->layout = layout_;
+        }
+        layout_ = query_->layout;
         streaming_ = true;
         stepStream();
     } else {
         table_.clear();
-        sqlite::Statement stmt(db_->connection(), translated);
-        deriveFields(stmt, 0);
-        while (stmt.step()) {
+        if (!query_->layout) {
+            deriveFields(*leased_, 0);
+            query_->layout = layout_;
+        }
+        layout_ = query_->layout;
+        while (leased_->step()) {
             std::vector<Value> row;
-            row.reserve(fields_.size());
-            for (std::size_t i = 0; i < fields_.size(); ++i)
-                row.push_back(readColumn(stmt.get(), static_cast<int>(i), i));
+            row.reserve(layout_->fields.size());
+            for (std::size_t i = 0; i < layout_->fields.size(); ++i)
+                row.push_back(readColumn(leased_->get(), static_cast<int>(i), i));
             snapshot_.push_back(std::move(row));
         }
+        returnLease();
         position_ = 0;
         at_ = snapshot_.empty() ? At::End : At::Row;
     }
+}
+
+// Gives the statement of the query back, for the next recordset on it.
+void Recordset::returnLease() {
+    if (!leased_)
+        return;
+    if (stream_ == leased_.get())
+        stream_ = nullptr;
+    if (row_ == leased_.get())
+        row_ = nullptr;
+    if (db_ && db_->isOpen() && query_)
+        db_->release(*query_, std::move(leased_));
+    leased_.reset();
 }
 
 // The fields of a dynaset from the columns of its statement; where a column comes straight
@@ -191,6 +215,8 @@ void Recordset::deriveFields(sqlite::Statement& stmt, int offset) {
 // After a change of the table's schema the statements and fields are made anew.
 void Recordset::refreshSchema() {
     schemaChanged_ = false;
+    returnLease();
+    query_.reset();
     statements_.clear();
     seekStatements_.clear();
     refetch_ = nullptr;
@@ -301,6 +327,7 @@ void Recordset::stepStream() {
     if (type_ == RecordsetType::Dynaset) {
         streaming_ = false;
         position_ = rowids_.size();
+        returnLease();
     }
     leaveRow(At::End);
 }
@@ -316,6 +343,7 @@ void Recordset::drain() {
     if (row_ == stream_)
         row_ = nullptr; // the row is read again by its rowid when it is needed
     streamOnRow_ = false;
+    returnLease();
 }
 
 void Recordset::moveToIndex(std::size_t index) {
@@ -446,6 +474,7 @@ void Recordset::Requery() {
         startTableStream(true, false);
         return;
     }
+    returnLease();
     statements_.clear();
     seekStatements_.clear();
     refetch_ = nullptr;
@@ -588,8 +617,8 @@ void Recordset::FindNext(std::string_view criterion) {
 
 int Recordset::fieldIndex(std::string_view name) const {
     requireOpen();
-    auto it = byName_.find(lowerAscii(name));
-    if (it == byName_.end())
+    auto it = layout_->byName.find(lowerAscii(name));
+    if (it == layout_->byName.end())
         throw DatabaseError(err::ItemNotFound,
                             "Item not found in this collection: '" + source_ + "' has no field '" +
                                 std::string(name) + "'",
@@ -598,16 +627,16 @@ int Recordset::fieldIndex(std::string_view name) const {
 }
 
 bool Recordset::hasField(std::string_view name) const {
-    return byName_.count(lowerAscii(name)) != 0;
+    return layout_->byName.count(lowerAscii(name)) != 0;
 }
 
 Value Recordset::readColumn(sqlite3_stmt* stmt, int column, std::size_t field) const {
     const int storage = sqlite3_column_type(stmt, column);
     if (storage == SQLITE_NULL)
         return Value();
-    if (dynamic_[field])
+    if (layout_->dynamic[field])
         return dynamicValue(stmt, column);
-    switch (fields_[field].Type) {
+    switch (layout_->fields[field].Type) {
     case FieldType::Boolean:
         return Value(sqlite3_column_int64(stmt, column) != 0);
     case FieldType::Byte:
@@ -640,7 +669,7 @@ Value Recordset::readColumn(sqlite3_stmt* stmt, int column, std::size_t field) c
 Value Recordset::get(int index) {
     prepareUse();
     const auto i = static_cast<std::size_t>(index);
-    if (i >= fields_.size())
+    if (i >= layout_->fields.size())
         throw DatabaseError(err::ItemNotFound, "Item not found in this collection: field " +
                                                    std::to_string(index) + " of '" + source_ + "'");
     if (editMode_ != EditMode::None && buffer_[i])
@@ -656,7 +685,7 @@ Value Recordset::get(int index) {
 
 // The value as the field will hold it; refuses what the field can't hold.
 Value Recordset::coerce(int index, const Value& value) const {
-    const FieldDef& f = fields_[static_cast<std::size_t>(index)];
+    const FieldDef& f = layout_->fields[static_cast<std::size_t>(index)];
     if (value.isNull())
         return value;
     auto range = [&](std::int64_t lo, std::int64_t hi) {
@@ -715,17 +744,18 @@ Value Recordset::coerce(int index, const Value& value) const {
 void Recordset::set(int index, const Value& value) {
     prepareUse();
     const auto i = static_cast<std::size_t>(index);
-    if (i >= fields_.size())
+    if (i >= layout_->fields.size())
         throw DatabaseError(err::ItemNotFound, "Item not found in this collection: field " +
                                                    std::to_string(index) + " of '" + source_ + "'");
     if (editMode_ == EditMode::None)
         throw DatabaseError(err::UpdateWithoutEdit,
-                            "The field '" + fields_[i].Name + "' is written without Edit or AddNew",
-                            db_->Name(), source_, fields_[i].Name);
-    if (baseNames_[i].empty())
+                            "The field '" + layout_->fields[i].Name +
+                                "' is written without Edit or AddNew",
+                            db_->Name(), source_, layout_->fields[i].Name);
+    if (layout_->baseNames[i].empty())
         throw DatabaseError(err::FieldNotUpdatable,
-                            "The field '" + fields_[i].Name + "' can't be updated", db_->Name(),
-                            source_, fields_[i].Name);
+                            "The field '" + layout_->fields[i].Name + "' can't be updated",
+                            db_->Name(), source_, layout_->fields[i].Name);
     buffer_[i] = coerce(index, value);
 }
 
@@ -743,14 +773,14 @@ void Recordset::Edit() {
     requireWritable();
     requireRow();
     editMode_ = EditMode::Edit;
-    buffer_.assign(fields_.size(), std::nullopt);
+    buffer_.assign(layout_->fields.size(), std::nullopt);
 }
 
 void Recordset::AddNew() {
     prepareUse();
     requireWritable();
     editMode_ = EditMode::AddNew;
-    buffer_.assign(fields_.size(), std::nullopt);
+    buffer_.assign(layout_->fields.size(), std::nullopt);
 }
 
 void Recordset::CancelUpdate() {
@@ -774,11 +804,11 @@ void Recordset::Update() {
 void Recordset::writeUpdate() {
     std::string sql;
     std::vector<const Value*> values;
-    for (std::size_t i = 0; i < fields_.size(); ++i) {
+    for (std::size_t i = 0; i < layout_->fields.size(); ++i) {
         if (!buffer_[i])
             continue;
         values.push_back(&*buffer_[i]);
-        sql += (values.size() > 1 ? ", " : "") + quoteIdentifier(baseNames_[i]) + " = ?" +
+        sql += (values.size() > 1 ? ", " : "") + quoteIdentifier(layout_->baseNames[i]) + " = ?" +
                std::to_string(values.size());
     }
     if (values.empty())
@@ -800,11 +830,11 @@ void Recordset::writeUpdate() {
 void Recordset::writeInsert() {
     std::string columns, params;
     std::vector<const Value*> values;
-    for (std::size_t i = 0; i < fields_.size(); ++i) {
+    for (std::size_t i = 0; i < layout_->fields.size(); ++i) {
         if (!buffer_[i])
             continue;
         values.push_back(&*buffer_[i]);
-        columns += (values.size() > 1 ? ", " : "") + quoteIdentifier(baseNames_[i]);
+        columns += (values.size() > 1 ? ", " : "") + quoteIdentifier(layout_->baseNames[i]);
         params += (values.size() > 1 ? ", ?" : "?") + std::to_string(values.size());
     }
     const std::string sql = "INSERT INTO " + quoteIdentifier(table_) +

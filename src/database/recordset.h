@@ -18,6 +18,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -87,7 +88,7 @@ public:
     // Runs the query again (dynaset) or goes back to the first row (table cursor).
     void Requery();
 
-    const std::vector<FieldDef>& Fields() const { return fields_; }
+    const std::vector<FieldDef>& Fields() const { return layout_->fields; }
     // Index of a field by name in any case; raises "Item not found in this collection".
     int fieldIndex(std::string_view name) const;
     bool hasField(std::string_view name) const;
@@ -111,6 +112,7 @@ private:
     void refreshSchema();
     void setFields(std::vector<FieldDef> fields, std::vector<std::string> baseNames,
                    std::vector<bool> dynamic);
+    void returnLease();
     void deriveFields(sqlite::Statement& stmt, int offset);
     void positionOn(sqlite::Statement& stmt);
     void leaveRow(At where);
@@ -138,16 +140,15 @@ private:
     Database* db_;
     std::string source_;
     RecordsetType type_;
-    std::string table_;                  // base table; empty for read-only dynasets
-    std::string qualifier_;              // how SQL of a dynaset refers to the base table
-    std::vector<FieldDef> fields_;       // one per column of the rows
-    std::vector<std::string> baseNames_; // the base table's column behind each field, or ""
-    std::vector<bool> dynamic_;          // no declared type: read by storage class
-    std::unordered_map<std::string, int> byName_; // lower-case name to field
-    std::string selectSql_;  // "SELECT rowid, fields... FROM table" of the rows
-    std::string querySql_;   // the SQL of a dynaset, as given
-    std::string collectSql_; // the query with the rowid in front
-    std::string fromTable_;  // "FROM table [alias]" of a dynaset
+    std::string table_;     // base table; empty for read-only dynasets
+    std::string qualifier_; // how SQL of a dynaset refers to the base table
+    std::shared_ptr<const FieldLayout> layout_;
+    std::shared_ptr<CachedQuery> query_;        // the prepared form of a dynaset's SQL
+    std::unique_ptr<sqlite::Statement> leased_; // the query's statement while this one uses it
+    std::string selectSql_;                     // "SELECT rowid, fields... FROM table" of the rows
+    std::string querySql_;                      // the SQL of a dynaset, as given
+    std::string collectSql_;                    // the query with the rowid in front
+    std::string fromTable_;                     // "FROM table [alias]" of a dynaset
     bool schemaChanged_ = false;
 
     At at_ = At::End;

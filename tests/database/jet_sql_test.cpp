@@ -85,3 +85,18 @@ TEST(JetSql, ShapeOfSelects) {
     EXPECT_FALSE(analyzeSelect("SELECT Art FROM Ereignis GROUP BY Art").updatable);
     EXPECT_FALSE(analyzeSelect("UPDATE x SET a = 1").isSelect);
 }
+
+TEST(JetSql, NumbersBehindComparisonsBecomeParameters) {
+    auto p =
+        folio::jet::parameterize("Select * FROM Ereignis_DS WHERE Ziel =  17 AND Art > -2.5 ;");
+    EXPECT_EQ(p.key, "Select * FROM Ereignis_DS WHERE Ziel =  ? AND Art > ? ;");
+    ASSERT_EQ(p.numbers.size(), 2u);
+    EXPECT_EQ(p.numbers[0], 17);
+    EXPECT_TRUE(p.whole[0]);
+    EXPECT_EQ(p.numbers[1], -2.5);
+    EXPECT_FALSE(p.whole[1]);
+    // Numbers elsewhere, in strings and dates stay in the text.
+    p = folio::jet::parameterize("SELECT TOP 5 a - 1 FROM t WHERE b = 'x = 3' ORDER BY 1");
+    EXPECT_EQ(p.key, "SELECT TOP 5 a - 1 FROM t WHERE b = 'x = 3' ORDER BY 1");
+    EXPECT_TRUE(p.numbers.empty());
+}

@@ -235,3 +235,28 @@ TEST(Recordset, CursorsSurviveSchemaChangesAndRollbacks) {
     rs->MoveNext();
     EXPECT_EQ(rs->get("Counter").toInt(), 40);
 }
+
+TEST(Recordset, TheSameQueryWithOtherNumbers) {
+    SmallDb s;
+    for (int i = 1; i <= 5; ++i)
+        test::addPerson(*s.db, i, "P" + std::to_string(i), i % 2 == 1);
+    // Opened many times, also while an earlier one is still open: each gets its own rows.
+    auto first = s.db->OpenRecordset("SELECT * FROM Personen WHERE Counter = 1");
+    for (int round = 0; round < 3; ++round)
+        for (int i = 1; i <= 5; ++i) {
+            auto rs =
+                s.db->OpenRecordset("SELECT * FROM Personen WHERE Counter = " + std::to_string(i));
+            ASSERT_FALSE(rs->Eof());
+            EXPECT_EQ(rs->get("Name").text(), "P" + std::to_string(i));
+            auto distinct = s.db->OpenRecordset(
+                "SELECT DISTINCT Markierung FROM Personen WHERE Counter <= " + std::to_string(i));
+            EXPECT_EQ(distinct->RecordCount(), i == 1 ? 1 : 2);
+        }
+    EXPECT_EQ(first->get("Name").text(), "P1");
+    // A schema change in between: the query is prepared anew.
+    auto f = dao::TableDef::CreateField("Neu", FieldType::Long);
+    s.db->tableDef("Personen").AppendField(f);
+    auto rs = s.db->OpenRecordset("SELECT * FROM Personen WHERE Counter = 2");
+    EXPECT_TRUE(rs->hasField("Neu"));
+    EXPECT_EQ(rs->get("Name").text(), "P2");
+}

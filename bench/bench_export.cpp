@@ -1,0 +1,85 @@
+// Speed of the export on generated trees: every record marked (as the closure leaves a tree
+// exported as a whole), then one run. Prints the time of the run and the peak memory.
+//
+//   bench_export [persons...]      (default 10000 100000)
+
+#include "database/tabellen.h"
+#include "frame/globals.h"
+#include "frame/sprache.h"
+#include "gedcom/datum.h"
+#include "gedcom/export.h"
+#include "generate_tree.h"
+#include "wizard/auswahl.h"
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+using namespace folio;
+namespace fs = std::filesystem;
+
+namespace {
+
+long peakKilobytes() {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind("VmHWM:", 0) == 0)
+            return std::stol(line.substr(6));
+    return 0;
+}
+
+double run(long long persons, const fs::path& work) {
+    const std::string tree = (work / ("bench_" + std::to_string(persons) + ".SF6")).string();
+    if (!fs::exists(tree)) {
+        std::printf("generating %lld persons ...\n", persons);
+        generator::generateTree({persons, 42, Datenpfad + "/Ereignis.mdb"}, tree);
+    }
+    DB = dao::OpenDatabase(tree);
+    for (const char* table :
+         {"Daten", "Ereignis", "Ort", "Notiz", "Dokument", "Adressen", "Bilder"})
+        DB->Execute(std::string("UPDATE ") + table + " SET Markierung = TRUE ;",
+                    dao::dbFailOnError);
+    tabellen_oeffnen();
+    AuswahlForm& form = Auswahl();
+    form.Verzeichnis(1).set("Text", Value(work.string()));
+    form.Verzeichnis(2).set("Text", Value("bench_" + std::to_string(persons)));
+    fs::remove(work / ("bench_" + std::to_string(persons) + ".GED"));
+    const auto start = std::chrono::steady_clock::now();
+    const ExportErgebnis ergebnis = Exportstarten();
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const auto size = fs::file_size(work / ("bench_" + std::to_string(persons) + ".GED"));
+    std::printf("%9lld persons: export %s in %8.2f s, %7.1f MB written, peak memory %7.1f MB\n",
+                persons, ergebnis == ExportErgebnis::Fertig ? "done" : "FAILED", seconds,
+                size / 1e6, peakKilobytes() / 1024.0);
+    alle_schliessen(tree);
+    return seconds;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<long long> sizes;
+    for (int i = 1; i < argc; ++i)
+        sizes.push_back(std::stoll(argv[i]));
+    if (sizes.empty())
+        sizes = {10000, 100000};
+    const fs::path work = fs::temp_directory_path() / "folio-bench";
+    fs::create_directories(work);
+    Datenpfad = FOLIO_STAGE_DIR "/Daten";
+    Programmpfad = FOLIO_STAGE_DIR "/Stammfolio/Folioexport";
+    try {
+        sprache_oeffnen(Datenpfad + "/language.mdb");
+        gedcom_zusaetze_laden(Auswahl());
+        for (long long n : sizes)
+            run(n, work);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "bench_export: %s\n", e.what());
+        return 1;
+    }
+    return 0;
+}
