@@ -2,6 +2,8 @@
 
 #include "frame/platform.h"
 #include "frame/sprache.h"
+#include "gedcom/datensaetze.h"
+#include "gedcom/familien.h"
 #include "gedcom/personen.h"
 #include "wizard/auswahl.h"
 
@@ -15,30 +17,40 @@ void ExportStufen::beginnen(const std::string& schluessel) {
     platform().doEvents();
 }
 
-// The record writers of the classes come with the person, family and side records.
-void ExportStufen::familien_aus_eltern() {}
-void ExportStufen::familien_aus_partnerschaften() {}
+// The family table's stages add no text: theirs is set before them.
+void ExportStufen::familien_aus_eltern() {
+    folio::familien_aus_eltern(familientabelle);
+}
+void ExportStufen::familien_aus_partnerschaften() {
+    folio::familien_aus_partnerschaften(familientabelle);
+}
 void ExportStufen::personen() {
     beginnen("611");
     personen_schreiben(familientabelle);
 }
 void ExportStufen::ortsnotizen() {
     beginnen("614");
+    ortsnotizen_schreiben();
 }
 void ExportStufen::notizen() {
     beginnen("617");
+    notizen_schreiben();
 }
 void ExportStufen::quellen() {
     beginnen("618");
+    quellen_schreiben();
 }
 void ExportStufen::adressen() {
     beginnen("619");
+    adressen_schreiben();
 }
 void ExportStufen::medien() {
     beginnen("616");
+    medien_schreiben();
 }
 void ExportStufen::familien() {
     beginnen("615");
+    familien_schreiben(familientabelle);
 }
 
 } // namespace folio

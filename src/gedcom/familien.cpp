@@ -1,0 +1,149 @@
+#include "gedcom/familien.h"
+
+#include "database/tabellen.h"
+#include "gedcom/ereignisse.h"
+#include "gedcom/export.h"
+#include "gedcom/familientabelle.h"
+#include "gedcom/zeilen.h"
+
+#include <string>
+
+namespace folio {
+
+namespace {
+
+// A parent as the family's row holds it: 0 for a person who is in the tree but not in the
+// export. A number without a person stays, and stands in the file as HUSB or WIFE.
+RecordId im_export(RecordId elternteil) {
+    if (elternteil.isZero())
+        return elternteil;
+    dao::Recordset& daten = *rs_Daten;
+    daten.Seek("=", Value(elternteil));
+    if (!daten.NoMatch() && !daten.get("Markierung").toBool())
+        return RecordId();
+    return elternteil;
+}
+
+// Puts a partner of a marriage link in the place of the father when his sex is "M", else in
+// that of the mother; false when the partner isn't a marked person.
+bool partner_einsetzen(RecordId partner, RecordId& vater, RecordId& mutter) {
+    dao::Recordset& daten = *rs_Daten;
+    daten.Seek("=", Value(partner));
+    if (daten.NoMatch() || !daten.get("Markierung").toBool())
+        return false;
+    const RecordId counter = daten.get("Counter").toRecordId();
+    if (daten.get("Geschlecht").text() == "M")
+        vater = counter;
+    else
+        mutter = counter;
+    return true;
+}
+
+// The marked children of both parents, or of the one parent a row has: a family of one
+// parent takes all of that parent's children, also those of another family with both.
+std::string kinder_sql(RecordId vater, RecordId mutter) {
+    const std::string markiert = " AND Markierung = TRUE ;";
+    if (!vater.isZero() && !mutter.isZero())
+        return "SELECT * FROM Daten WHERE Vater = " + vater.sqlLiteral() +
+               " AND Mutter = " + mutter.sqlLiteral() + markiert;
+    if (!vater.isZero())
+        return "SELECT * FROM Daten WHERE Vater = " + vater.sqlLiteral() + markiert;
+    return "SELECT * FROM Daten WHERE Mutter = " + mutter.sqlLiteral() + markiert;
+}
+
+void kinder(RecordId vater, RecordId mutter) {
+    auto rs = DB->OpenRecordset(kinder_sql(vater, mutter));
+    for (; !rs->Eof(); rs->MoveNext())
+        zeile(1, "CHIL @I" + rs->get("Counter").toRecordId().text() + "@");
+}
+
+// The events in which both partners are main persons, in the order of their dates. The
+// event writer keeps those whose kind has two main persons; a row with a 0 finds none.
+void ereignisse(RecordId vater, RecordId mutter) {
+    Ereignisliste liste;
+    auto des_vaters = DB->OpenRecordset(
+        "Select DISTINCT Ursprung, Ziel FROM Ereignis_DS WHERE Quelle =" + vater.numberText() +
+        " ;");
+    for (; !des_vaters->Eof(); des_vaters->MoveNext()) {
+        if (des_vaters->get("Ursprung").text() != "d")
+            continue;
+        auto der_mutter =
+            DB->OpenRecordset("Select DISTINCT Ziel, Ursprung FROM Ereignis_DS WHERE Ziel =" +
+                              des_vaters->get("Ziel").toRecordId().numberText() +
+                              " AND Quelle = " + mutter.numberText() + " ;");
+        for (; !der_mutter->Eof(); der_mutter->MoveNext())
+            if (der_mutter->get("Ursprung").text() == "d")
+                ereignis_einreihen(liste, der_mutter->get("Ziel").toRecordId());
+    }
+    liste.sortieren();
+    for (const Ereignisliste::Eintrag& e : liste.eintraege())
+        ereignisschreiben(1, e.ereignis, 2);
+}
+
+void familie_schreiben(std::size_t nummer, const Familientabelle::Familie& familie) {
+    zeile("0 @F" + std::to_string(nummer) + "@ FAM");
+    if (!familie.vater.isZero())
+        zeile(1, "HUSB @I" + familie.vater.text() + "@");
+    if (!familie.mutter.isZero())
+        zeile(1, "WIFE @I" + familie.mutter.text() + "@");
+    kinder(familie.vater, familie.mutter);
+    ereignisse(familie.vater, familie.mutter);
+}
+
+} // namespace
+
+void familien_aus_eltern(Familientabelle& tabelle) {
+    auto rs = DB->OpenRecordset("SELECT * FROM Daten WHERE Markierung = TRUE ;");
+    if (rs->Eof())
+        return;
+    rs->MoveLast();
+    const std::int64_t gesamt = rs->RecordCount();
+    rs->MoveFirst();
+    rs_Daten->Index("Counter");
+    std::int64_t anzahl = 0;
+    for (; !rs->Eof(); rs->MoveNext()) {
+        fortschritt_setzen(++anzahl, gesamt, 5, 5);
+        const RecordId vater = rs->get("Vater").toRecordId();
+        const RecordId mutter = rs->get("Mutter").toRecordId();
+        // The stored parents against the rows, which hold the cleared ones: where a parent
+        // isn't marked, a brother's or sister's row isn't found and the child adds its own.
+        if (tabelle.suchen(vater, mutter))
+            continue;
+        const RecordId v = im_export(vater);
+        const RecordId m = im_export(mutter);
+        if (!v.isZero() || !m.isZero())
+            tabelle.hinzufuegen(v, m);
+    }
+}
+
+void familien_aus_partnerschaften(Familientabelle& tabelle) {
+    auto rs = DB->OpenRecordset("Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;");
+    // A tree without marriage links: nothing to do, and no move in the empty result.
+    if (rs->Eof())
+        return;
+    rs->MoveLast();
+    const std::int64_t gesamt = rs->RecordCount();
+    rs->MoveFirst();
+    rs_Daten->Index("Counter");
+    std::int64_t anzahl = 0;
+    for (; !rs->Eof(); rs->MoveNext()) {
+        fortschritt_setzen(++anzahl, gesamt, 10, 5);
+        // Two partners of the same kind: the second takes the place of the first.
+        RecordId vater, mutter;
+        if (!partner_einsetzen(rs->get("Ziel").toRecordId(), vater, mutter) ||
+            !partner_einsetzen(rs->get("Quelle").toRecordId(), vater, mutter))
+            continue;
+        if (!tabelle.suchen(vater, mutter))
+            tabelle.hinzufuegen(vater, mutter);
+    }
+}
+
+void familien_schreiben(const Familientabelle& tabelle) {
+    const std::size_t anzahl = tabelle.anzahl();
+    for (std::size_t i = 1; i <= anzahl; ++i) {
+        fortschritt_setzen(static_cast<std::int64_t>(i), static_cast<std::int64_t>(anzahl), 80, 20);
+        familie_schreiben(i, tabelle.zeile(i));
+    }
+}
+
+} // namespace folio

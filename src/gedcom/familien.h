@@ -1,0 +1,21 @@
+// Families: the database keeps no table of them, so the run makes one from the parents of the
+// marked persons and from their partnerships before the first person is written, and writes
+// a FAM record for each of its rows after all other records.
+#pragma once
+
+namespace folio {
+
+class Familientabelle;
+
+// A row for the parents of each marked person, where the table has no row of those parents
+// yet; a parent who isn't marked stands in the row as 0. The search compares the stored
+// parents with the rows as they stand, so the children of a pair with one unmarked parent
+// each make a row of their own.
+void familien_aus_eltern(Familientabelle& tabelle);
+// A row for each pair of marked partners that the table doesn't hold yet, also for a couple
+// without children.
+void familien_aus_partnerschaften(Familientabelle& tabelle);
+// "0 @F…@ FAM" for every row: husband, wife, the marked children and the couple's events.
+void familien_schreiben(const Familientabelle& tabelle);
+
+} // namespace folio
