@@ -40,21 +40,11 @@ bool partner_einsetzen(RecordId partner, RecordId& vater, RecordId& mutter) {
 }
 
 // The marked children of both parents, or of the one parent a row has: a family of one
-// parent takes all of that parent's children, also those of another family with both.
-std::string kinder_sql(RecordId vater, RecordId mutter) {
-    const std::string markiert = " AND Markierung = TRUE ;";
-    if (!vater.isZero() && !mutter.isZero())
-        return "SELECT * FROM Daten WHERE Vater = " + vater.sqlLiteral() +
-               " AND Mutter = " + mutter.sqlLiteral() + markiert;
-    if (!vater.isZero())
-        return "SELECT * FROM Daten WHERE Vater = " + vater.sqlLiteral() + markiert;
-    return "SELECT * FROM Daten WHERE Mutter = " + mutter.sqlLiteral() + markiert;
-}
-
-void kinder(RecordId vater, RecordId mutter) {
-    auto rs = DB->OpenRecordset(kinder_sql(vater, mutter));
-    for (; !rs->Eof(); rs->MoveNext())
-        zeile(1, "CHIL @I" + rs->get("Counter").toRecordId().text() + "@");
+// parent takes all of that parent's children, also those of another family with both. The
+// family table noted them while it was built, in the order of a query of them.
+void kinder(const Familientabelle& tabelle, RecordId vater, RecordId mutter) {
+    for (RecordId kind : tabelle.kinder(vater, mutter))
+        zeile(1, "CHIL @I" + kind.text() + "@");
 }
 
 // The events in which both partners are main persons, in the order of their dates. The
@@ -80,13 +70,14 @@ void ereignisse(RecordId vater, RecordId mutter) {
         ereignisschreiben(1, e.ereignis, 2);
 }
 
-void familie_schreiben(std::size_t nummer, const Familientabelle::Familie& familie) {
+void familie_schreiben(const Familientabelle& tabelle, std::size_t nummer,
+                       const Familientabelle::Familie& familie) {
     zeile("0 @F" + std::to_string(nummer) + "@ FAM");
     if (!familie.vater.isZero())
         zeile(1, "HUSB @I" + familie.vater.text() + "@");
     if (!familie.mutter.isZero())
         zeile(1, "WIFE @I" + familie.mutter.text() + "@");
-    kinder(familie.vater, familie.mutter);
+    kinder(tabelle, familie.vater, familie.mutter);
     ereignisse(familie.vater, familie.mutter);
 }
 
@@ -105,6 +96,7 @@ void familien_aus_eltern(Familientabelle& tabelle) {
         fortschritt_setzen(++anzahl, gesamt, 5, 5);
         const RecordId vater = rs->get("Vater").toRecordId();
         const RecordId mutter = rs->get("Mutter").toRecordId();
+        tabelle.kind_merken(rs->get("Counter").toRecordId(), vater, mutter);
         // The stored parents against the rows, which hold the cleared ones: where a parent
         // isn't marked, a brother's or sister's row isn't found and the child adds its own.
         if (tabelle.suchen(vater, mutter))
@@ -142,7 +134,7 @@ void familien_schreiben(const Familientabelle& tabelle) {
     const std::size_t anzahl = tabelle.anzahl();
     for (std::size_t i = 1; i <= anzahl; ++i) {
         fortschritt_setzen(static_cast<std::int64_t>(i), static_cast<std::int64_t>(anzahl), 80, 20);
-        familie_schreiben(i, tabelle.zeile(i));
+        familie_schreiben(tabelle, i, tabelle.zeile(i));
     }
 }
 

@@ -4,7 +4,8 @@ namespace folio {
 
 namespace {
 const std::vector<std::size_t> Keine;
-}
+const std::vector<RecordId> KeineKinder;
+} // namespace
 
 std::size_t
 Familientabelle::PaarHash::operator()(const std::pair<RecordId, RecordId>& p) const noexcept {
@@ -38,6 +39,25 @@ const std::vector<std::size_t>& Familientabelle::zeilen_mit_eltern(RecordId vate
 const std::vector<std::size_t>& Familientabelle::zeilen_mit_person(RecordId person) const {
     auto it = personen_.find(person);
     return it == personen_.end() ? Keine : it->second;
+}
+
+void Familientabelle::kind_merken(RecordId kind, RecordId vater, RecordId mutter) {
+    if (!vater.isZero() && !mutter.isZero())
+        kinderPaar_[{vater, mutter}].push_back(kind);
+    if (!vater.isZero())
+        kinderVater_[vater].push_back(kind);
+    if (!mutter.isZero())
+        kinderMutter_[mutter].push_back(kind);
+}
+
+const std::vector<RecordId>& Familientabelle::kinder(RecordId vater, RecordId mutter) const {
+    if (!vater.isZero() && !mutter.isZero()) {
+        auto it = kinderPaar_.find({vater, mutter});
+        return it == kinderPaar_.end() ? KeineKinder : it->second;
+    }
+    const auto& nach = vater.isZero() ? kinderMutter_ : kinderVater_;
+    auto it = nach.find(vater.isZero() ? mutter : vater);
+    return it == nach.end() ? KeineKinder : it->second;
 }
 
 } // namespace folio

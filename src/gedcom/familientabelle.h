@@ -31,6 +31,12 @@ public:
     // The rows in which the person is father or mother, in ascending order.
     const std::vector<std::size_t>& zeilen_mit_person(RecordId person) const;
 
+    // The marked persons with their stored parents, noted in the order of the query of the
+    // marked persons, which is the order in which a query of the children gives them.
+    void kind_merken(RecordId kind, RecordId vater, RecordId mutter);
+    // The marked children of a row: of both parents, or of the one parent that the row has.
+    const std::vector<RecordId>& kinder(RecordId vater, RecordId mutter) const;
+
 private:
     struct PaarHash {
         std::size_t operator()(const std::pair<RecordId, RecordId>& p) const noexcept;
@@ -38,6 +44,8 @@ private:
     std::vector<Familie> zeilen_;
     std::unordered_map<std::pair<RecordId, RecordId>, std::vector<std::size_t>, PaarHash> paare_;
     std::unordered_map<RecordId, std::vector<std::size_t>> personen_;
+    std::unordered_map<std::pair<RecordId, RecordId>, std::vector<RecordId>, PaarHash> kinderPaar_;
+    std::unordered_map<RecordId, std::vector<RecordId>> kinderVater_, kinderMutter_;
 };
 
 } // namespace folio
