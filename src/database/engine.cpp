@@ -530,13 +530,13 @@ TableInfo Database::loadTableInfo(std::string_view table) {
     return info;
 }
 
-void Database::BeginTrans() {
+void Database::BeginTrans(bool schreiben) {
     connection();
     // Dynasets fix their rows now, so that a rollback can't cut a query short.
     for (Recordset* rs : recordsets_)
         rs->beforeWrite();
     if (transactionDepth_ == 0)
-        connection_.exec("BEGIN IMMEDIATE");
+        connection_.exec(schreiben ? "BEGIN IMMEDIATE" : "BEGIN DEFERRED");
     else
         connection_.exec("SAVEPOINT folio_" + std::to_string(transactionDepth_));
     ++transactionDepth_;

@@ -135,7 +135,9 @@ public:
     void AppendTableDef(TableDef& def);
     void DeleteTableDef(std::string_view name);
 
-    void BeginTrans();
+    // `schreiben` False begins a transaction that only reads: it takes no lock for writing,
+    // and spares each statement of a long read its own start and end.
+    void BeginTrans(bool schreiben = true);
     void CommitTrans();
     void Rollback();
     bool inTransaction() const { return transactionDepth_ > 0; }
@@ -239,7 +241,9 @@ std::unique_ptr<Database> OpenDatabase(const std::string& path, bool exclusive =
 // A transaction that rolls back unless committed: for work that must happen as a whole.
 class Transaction {
 public:
-    explicit Transaction(Database& db) : db_(db) { db_.BeginTrans(); }
+    explicit Transaction(Database& db, bool schreiben = true) : db_(db) {
+        db_.BeginTrans(schreiben);
+    }
     ~Transaction();
     void commit();
 

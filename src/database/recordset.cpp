@@ -493,6 +493,10 @@ void Recordset::Index(std::string_view name) {
                             "selected on a table cursor, not on '" +
                                 source_ + "'",
                             db_->Name(), source_);
+    // Selecting the index in use again changes nothing: the writers select their index
+    // before every Seek, and a Seek sets the current row anyway.
+    if (!indexName_.empty() && equalsNoCase(indexName_, name))
+        return;
     const TableInfo& info = db_->tableInfo(table_);
     const IndexDef* index = info.index(name);
     if (!index)

@@ -2,6 +2,7 @@
 
 #include "database/date_time.h"
 #include "database/errors.h"
+#include "database/tabellen.h"
 #include "database/text_util.h"
 #include "frame/globals.h"
 #include "frame/ini.h"
@@ -71,6 +72,8 @@ void kopf_schreiben() {
 void schreiben(const std::string& ziel) {
     GedcomAusgabe datei(ziel);
     LaufendeAusgabe laufend(datei);
+    // The run only reads: one transaction over it spares every query its own.
+    dao::Transaction lesen(*DB, false);
     AuswahlForm& form = Auswahl();
 
     fortschritttext(sprachtext("610"), false);
@@ -94,6 +97,7 @@ void schreiben(const std::string& ziel) {
     fortschritttext(sprachtext("1546 Schließe Export ab"), true);
     form.Fortschritt().set("Value", Value(100));
     zeile("0 TRLR");
+    lesen.commit();
     datei.abschliessen();
 }
 
