@@ -23,24 +23,6 @@ std::string getrimmt(const std::string& s) {
     return std::string(trimBlanks(s));
 }
 
-// Every row of a stage's query, counted from 1, with the progress set before the row is
-// written. The total is the record count after a move to the last row; an empty query is
-// left alone.
-void alle_zeilen(const char* sql, double basis, double spanne,
-                 const std::function<void(dao::Recordset&)>& schreiben) {
-    auto rs = DB->OpenRecordset(sql);
-    if (rs->Eof())
-        return;
-    rs->MoveLast();
-    const std::int64_t gesamt = rs->RecordCount();
-    rs->MoveFirst();
-    std::int64_t anzahl = 0;
-    for (; !rs->Eof(); rs->MoveNext()) {
-        fortschritt_setzen(++anzahl, gesamt, basis, spanne);
-        schreiben(*rs);
-    }
-}
-
 std::string nummer(dao::Recordset& rs) {
     return rs.get("Counter").toRecordId().text();
 }
@@ -138,25 +120,25 @@ void medium(dao::Recordset& b) {
 } // namespace
 
 void ortsnotizen_schreiben() {
-    alle_zeilen("SELECT * FROM Ort WHERE Markierung = TRUE ;", 55, 5, ortsnotiz);
+    zeilen_durchlaufen("SELECT * FROM Ort WHERE Markierung = TRUE ;", 55, 5, ortsnotiz);
 }
 
 void notizen_schreiben() {
-    alle_zeilen("SELECT * FROM Notiz WHERE Markierung = TRUE ;", 65, 5, notiz);
+    zeilen_durchlaufen("SELECT * FROM Notiz WHERE Markierung = TRUE ;", 65, 5, notiz);
 }
 
 void quellen_schreiben() {
     const std::string anmerkung = Auswahl().Anmerkung().text("Text");
-    alle_zeilen("SELECT * FROM Dokument WHERE Markierung = TRUE ;", 70, 5,
-                [&](dao::Recordset& d) { quelle(d, anmerkung); });
+    zeilen_durchlaufen("SELECT * FROM Dokument WHERE Markierung = TRUE ;", 70, 5,
+                       [&](dao::Recordset& d) { quelle(d, anmerkung); });
 }
 
 void adressen_schreiben() {
-    alle_zeilen("SELECT * FROM Adressen WHERE Markierung = TRUE ;", 70, 5, adresse);
+    zeilen_durchlaufen("SELECT * FROM Adressen WHERE Markierung = TRUE ;", 70, 5, adresse);
 }
 
 void medien_schreiben() {
-    alle_zeilen("SELECT * FROM Bilder WHERE Markierung = TRUE ;", 75, 5, medium);
+    zeilen_durchlaufen("SELECT * FROM Bilder WHERE Markierung = TRUE ;", 75, 5, medium);
 }
 
 } // namespace folio

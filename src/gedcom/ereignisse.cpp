@@ -99,6 +99,12 @@ void Ereignisliste::sortieren() {
     });
 }
 
+void Ereignisliste::schreiben(std::int16_t maxHP) {
+    sortieren();
+    for (const Eintrag& e : eintraege_)
+        ereignisschreiben(1, e.ereignis, maxHP);
+}
+
 void ereignis_einreihen(Ereignisliste& liste, RecordId ziel) {
     dao::Recordset& e = *rs_Ereignis;
     e.Index("Counter");

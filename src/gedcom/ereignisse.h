@@ -30,6 +30,8 @@ public:
     void leeren() { eintraege_.clear(); }
     void hinzufuegen(int jahr, int monat, int tag, RecordId ereignis);
     void sortieren();
+    // Sorts the list and writes its events at level 1 with `maxHP` main persons.
+    void schreiben(std::int16_t maxHP);
     const std::vector<Eintrag>& eintraege() const { return eintraege_; }
 
 private:

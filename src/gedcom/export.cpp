@@ -103,6 +103,21 @@ void schreiben(const std::string& ziel) {
 
 } // namespace
 
+void zeilen_durchlaufen(const std::string& sql, double basis, double spanne,
+                        const std::function<void(dao::Recordset&)>& schreiben) {
+    auto rs = DB->OpenRecordset(sql);
+    if (rs->Eof())
+        return;
+    rs->MoveLast();
+    const std::int64_t gesamt = rs->RecordCount();
+    rs->MoveFirst();
+    std::int64_t anzahl = 0;
+    for (; !rs->Eof(); rs->MoveNext()) {
+        fortschritt_setzen(++anzahl, gesamt, basis, spanne);
+        schreiben(*rs);
+    }
+}
+
 void fortschritt_setzen(std::int64_t anzahl, std::int64_t gesamt, double basis, double spanne) {
     const double wert =
         gesamt > 0 ? static_cast<double>(anzahl) / static_cast<double>(gesamt) * spanne + basis

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <string>
 
 namespace folio {
 
@@ -16,6 +18,16 @@ enum class ExportErgebnis {
 // Runs the export with the options that stand in the controls of Auswahl. The database and
 // its long-lived cursors must be open.
 ExportErgebnis Exportstarten();
+
+namespace dao {
+class Recordset;
+}
+
+// Every row of a stage's query, counted from 1, with the progress set before each row is
+// written. The total is the record count after a move to the last row; an empty result is
+// left alone and writes nothing.
+void zeilen_durchlaufen(const std::string& sql, double basis, double spanne,
+                        const std::function<void(dao::Recordset&)>& schreiben);
 
 // Sets Fortschritt to count / total x span + base, rounded half to even.
 void fortschritt_setzen(std::int64_t anzahl, std::int64_t gesamt, double basis, double spanne);

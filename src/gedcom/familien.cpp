@@ -65,9 +65,7 @@ void ereignisse(RecordId vater, RecordId mutter) {
             if (der_mutter->get("Ursprung").text() == "d")
                 ereignis_einreihen(liste, der_mutter->get("Ziel").toRecordId());
     }
-    liste.sortieren();
-    for (const Ereignisliste::Eintrag& e : liste.eintraege())
-        ereignisschreiben(1, e.ereignis, 2);
+    liste.schreiben(2);
 }
 
 void familie_schreiben(const Familientabelle& tabelle, std::size_t nummer,
@@ -84,50 +82,38 @@ void familie_schreiben(const Familientabelle& tabelle, std::size_t nummer,
 } // namespace
 
 void familien_aus_eltern(Familientabelle& tabelle) {
-    auto rs = DB->OpenRecordset("SELECT * FROM Daten WHERE Markierung = TRUE ;");
-    if (rs->Eof())
-        return;
-    rs->MoveLast();
-    const std::int64_t gesamt = rs->RecordCount();
-    rs->MoveFirst();
     rs_Daten->Index("Counter");
-    std::int64_t anzahl = 0;
-    for (; !rs->Eof(); rs->MoveNext()) {
-        fortschritt_setzen(++anzahl, gesamt, 5, 5);
-        const RecordId vater = rs->get("Vater").toRecordId();
-        const RecordId mutter = rs->get("Mutter").toRecordId();
-        tabelle.kind_merken(rs->get("Counter").toRecordId(), vater, mutter);
-        // The stored parents against the rows, which hold the cleared ones: where a parent
-        // isn't marked, a brother's or sister's row isn't found and the child adds its own.
-        if (tabelle.suchen(vater, mutter))
-            continue;
-        const RecordId v = im_export(vater);
-        const RecordId m = im_export(mutter);
-        if (!v.isZero() || !m.isZero())
-            tabelle.hinzufuegen(v, m);
-    }
+    zeilen_durchlaufen("SELECT * FROM Daten WHERE Markierung = TRUE ;", 5, 5,
+                       [&](dao::Recordset& person) {
+                           const RecordId vater = person.get("Vater").toRecordId();
+                           const RecordId mutter = person.get("Mutter").toRecordId();
+                           tabelle.kind_merken(person.get("Counter").toRecordId(), vater, mutter);
+                           // The stored parents against the rows, which hold the cleared ones:
+                           // where a parent isn't marked, a brother's or sister's row isn't found
+                           // and the child adds its own.
+                           if (tabelle.suchen(vater, mutter))
+                               return;
+                           const RecordId v = im_export(vater);
+                           const RecordId m = im_export(mutter);
+                           if (!v.isZero() || !m.isZero())
+                               tabelle.hinzufuegen(v, m);
+                       });
 }
 
 void familien_aus_partnerschaften(Familientabelle& tabelle) {
-    auto rs = DB->OpenRecordset("Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;");
-    // A tree without marriage links: nothing to do, and no move in the empty result.
-    if (rs->Eof())
-        return;
-    rs->MoveLast();
-    const std::int64_t gesamt = rs->RecordCount();
-    rs->MoveFirst();
     rs_Daten->Index("Counter");
-    std::int64_t anzahl = 0;
-    for (; !rs->Eof(); rs->MoveNext()) {
-        fortschritt_setzen(++anzahl, gesamt, 10, 5);
-        // Two partners of the same kind: the second takes the place of the first.
-        RecordId vater, mutter;
-        if (!partner_einsetzen(rs->get("Ziel").toRecordId(), vater, mutter) ||
-            !partner_einsetzen(rs->get("Quelle").toRecordId(), vater, mutter))
-            continue;
-        if (!tabelle.suchen(vater, mutter))
-            tabelle.hinzufuegen(vater, mutter);
-    }
+    // A tree without marriage links gives an empty result, which is left alone.
+    zeilen_durchlaufen("Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
+                       [&](dao::Recordset& paar) {
+                           // Two partners of the same kind: the second takes the place of the
+                           // first.
+                           RecordId vater, mutter;
+                           if (!partner_einsetzen(paar.get("Ziel").toRecordId(), vater, mutter) ||
+                               !partner_einsetzen(paar.get("Quelle").toRecordId(), vater, mutter))
+                               return;
+                           if (!tabelle.suchen(vater, mutter))
+                               tabelle.hinzufuegen(vater, mutter);
+                       });
 }
 
 void familien_schreiben(const Familientabelle& tabelle) {

@@ -83,9 +83,7 @@ void ereignisse(RecordId person) {
     for (; !rs->Eof(); rs->MoveNext())
         if (rs->get("ursprung").text() == "d")
             ereignis_einreihen(liste, rs->get("ziel").toRecordId());
-    liste.sortieren();
-    for (const Ereignisliste::Eintrag& e : liste.eintraege())
-        ereignisschreiben(1, e.ereignis, 1);
+    liste.schreiben(1);
 }
 
 void assoziierte(RecordId person) {
@@ -166,17 +164,8 @@ void person_schreiben(dao::Recordset& p, const Familientabelle& tabelle) {
 } // namespace
 
 void personen_schreiben(const Familientabelle& familien) {
-    auto rs = DB->OpenRecordset("SELECT * FROM Daten WHERE Markierung = TRUE ;");
-    if (rs->Eof())
-        return;
-    rs->MoveLast();
-    const std::int64_t gesamt = rs->RecordCount();
-    rs->MoveFirst();
-    std::int64_t anzahl = 0;
-    for (; !rs->Eof(); rs->MoveNext()) {
-        fortschritt_setzen(++anzahl, gesamt, 15, 50);
-        person_schreiben(*rs, familien);
-    }
+    zeilen_durchlaufen("SELECT * FROM Daten WHERE Markierung = TRUE ;", 15, 50,
+                       [&](dao::Recordset& person) { person_schreiben(person, familien); });
 }
 
 } // namespace folio
