@@ -1,7 +1,6 @@
 #include "catalogue_source.h"
 
 #include "database/engine.h"
-#include "database/file_beside.h"
 #include "database/recordset.h"
 #include "database/schema/schema.h"
 
@@ -212,22 +211,11 @@ std::vector<Row> readCatalogue(const std::string& path) {
 }
 
 void buildCatalogue(const std::vector<Row>& rows, const std::string& path) {
-    const fs::path target = path;
-    if (target.has_parent_path())
-        fs::create_directories(target.parent_path());
-    FileBeside file(target);
-    {
-        std::unique_ptr<dao::Database> db =
-            dao::engine().workspace(0).CreateDatabase(file.path().string());
-        dao::Transaction transaction(*db);
-        for (const schema::Table& table : catalogueDatabase().tables) {
-            schema::createTable(*db, table);
-            writeRows(*db, table, rows);
-        }
-        transaction.commit();
-        db->Close();
-    }
-    file.putInPlace();
+    const std::vector<schema::Table>& tables = catalogueDatabase().tables;
+    schema::writeDatabase(path, tables, [&](dao::Database& db) {
+        for (const schema::Table& table : tables)
+            writeRows(db, table, rows);
+    });
 }
 
 } // namespace folio::catalogue_source

@@ -1,8 +1,8 @@
 #include "language_source.h"
 
 #include "database/engine.h"
-#include "database/file_beside.h"
 #include "database/recordset.h"
+#include "database/schema/schema.h"
 
 #include <filesystem>
 #include <map>
@@ -68,16 +68,9 @@ std::vector<Row> readTexts(const std::string& path) {
 }
 
 void buildLanguageDatabase(const std::vector<Row>& rows, const std::string& path) {
-    const fs::path target = path;
-    if (target.has_parent_path())
-        fs::create_directories(target.parent_path());
-    FileBeside file(target);
-    {
-        std::unique_ptr<dao::Database> db =
-            dao::engine().workspace(0).CreateDatabase(file.path().string());
-        dao::Transaction transaction(*db);
-        createLanguagesTable(*db);
-        std::unique_ptr<dao::Recordset> rs = db->OpenRecordset("Languages");
+    schema::writeDatabase(path, {}, [&](dao::Database& db) {
+        createLanguagesTable(db);
+        std::unique_ptr<dao::Recordset> rs = db.OpenRecordset("Languages");
         for (const Row& row : rows) {
             rs->AddNew();
             rs->set("Counter", Value(row.number));
@@ -85,11 +78,7 @@ void buildLanguageDatabase(const std::vector<Row>& rows, const std::string& path
             rs->set("English", Value(row.english));
             rs->Update();
         }
-        rs->Close();
-        transaction.commit();
-        db->Close();
-    }
-    file.putInPlace();
+    });
 }
 
 } // namespace folio::language_source

@@ -16,7 +16,8 @@ namespace folio::schema {
 
 void writeDatabase(const fs::path& target, const std::vector<Table>& tables,
                    const std::function<void(dao::Database&)>& fill) {
-    fs::create_directories(target.parent_path());
+    if (target.has_parent_path())
+        fs::create_directories(target.parent_path());
     FileBeside file(target);
     {
         std::unique_ptr<dao::Database> db =
