@@ -5,6 +5,7 @@
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "gedcom/datum.h"
+#include "gedcom/nachschlagen.h"
 #include "gedcom/orte.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
@@ -20,33 +21,6 @@ namespace {
 
 std::string getrimmt(const std::string& s) {
     return std::string(trimBlanks(s));
-}
-
-// The four columns of the catalogue that an event needs.
-struct Ereignisart {
-    std::string gedtag;
-    std::string art;
-    std::int64_t maxhauptpersonen = 0;
-    bool causAlsTag = false;
-};
-
-bool ereignisart_lesen(dao::Recordset& rs, Ereignisart& a) {
-    a.gedtag = rs.get("gedtag").text();
-    a.art = rs.get("Art").text();
-    a.maxhauptpersonen = rs.get("maxhauptpersonen").toInt();
-    a.causAlsTag = rs.get("CAUSasTAG").toBool();
-    return true;
-}
-
-// The kind of event from the file's own table of kinds, else from the catalogue.
-bool ereignisart_finden(std::int64_t art, Ereignisart& a) {
-    if (rs_Ereignisdb) {
-        rs_Ereignisdb->Seek("=", Value(static_cast<long long>(art)));
-        if (!rs_Ereignisdb->NoMatch())
-            return ereignisart_lesen(*rs_Ereignisdb, a);
-    }
-    rs_Deutsch->FindFirst("Index = " + std::to_string(art));
-    return !rs_Deutsch->NoMatch() && ereignisart_lesen(*rs_Deutsch, a);
 }
 
 // The role of an associate: its words, else the language text of its letter.
@@ -119,14 +93,13 @@ void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP) 
     platform().doEvents();
     dao::Recordset& e = *rs_Ereignis;
     e.Index("Counter");
-    if (rs_Ereignisdb)
-        rs_Ereignisdb->Index("Index");
     e.Seek("=", Value(datensatz));
     if (e.NoMatch() || !e.get("markierung").toBool())
         return;
-    Ereignisart art;
-    if (!ereignisart_finden(e.get("Art").toInt(), art))
+    const Ereignisart* gefunden = ereignisart_nachschlagen(e.get("Art").toInt());
+    if (!gefunden)
         return;
+    const Ereignisart& art = *gefunden;
     const std::string grund = e.get("Grund").text();
     const std::string tag = getrimmt(art.gedtag);
     const std::string tagwert = art.causAlsTag ? " " + getrimmt(grund) : "";

@@ -2,6 +2,7 @@
 
 #include "database/tabellen.h"
 #include "database/text_util.h"
+#include "gedcom/nachschlagen.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
 #include "gedcom/zeilen.h"
@@ -22,17 +23,14 @@ bool markiert_gefunden(dao::Recordset& rs, RecordId datensatz) {
 void ortschreiben(std::int16_t nr, RecordId datensatz) {
     if (datensatz.isZero())
         return;
-    dao::Recordset& ort = *rs_Ort;
-    if (!markiert_gefunden(ort, datensatz))
+    const OrtEintrag& ort = ort_nachschlagen(datensatz);
+    if (!ort.markiert)
         return;
-    const RecordId counter = ort.get("Counter").toRecordId();
-    const RecordId notiz = ort.get("Notiz").toRecordId();
-    const RecordId bild = ort.get("Bild").toRecordId();
-    zeile(nr, "PLAC " + std::string(trimBlanks(ort.get("Name").text())));
-    if (!trimBlanks(rtf_klartext(ort.get("Memo").text())).empty())
-        zeile(nr + 1, "NOTE @ON" + counter.text() + "@");
-    Notizverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), notiz);
-    Bildverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), bild);
+    zeile(nr, "PLAC " + ort.name);
+    if (ort.hat_text)
+        zeile(nr + 1, "NOTE @ON" + ort.counter.text() + "@");
+    Notizverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), ort.notiz);
+    Bildverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), ort.bild);
 }
 
 void Adresseschreiben(std::int16_t nr, RecordId datensatz) {

@@ -2,6 +2,7 @@
 
 #include "database/tabellen.h"
 #include "gedcom/datum.h"
+#include "gedcom/nachschlagen.h"
 #include "gedcom/orte.h"
 #include "gedcom/zeilen.h"
 #include "wizard/auswahl.h"
@@ -14,11 +15,8 @@ void zeiger(std::int16_t nr, RecordId datensatz, dao::Recordset& rs, const char*
             const char* praefix) {
     if (datensatz.isZero())
         return;
-    rs.Index("Counter");
-    rs.Seek("=", Value(datensatz));
-    if (rs.NoMatch() || !rs.get("markierung").toBool())
-        return;
-    zeile(nr, std::string(tag) + " @" + praefix + rs.get("Counter").toRecordId().text() + "@");
+    if (const std::string* counter = markiert_nachschlagen(rs, datensatz))
+        zeile(nr, std::string(tag) + " @" + praefix + *counter + "@");
 }
 
 std::string zwei(int n) {
