@@ -36,15 +36,9 @@ std::string rolle(const std::string& asso, const std::string& ursprung) {
 }
 
 void assoziierte(std::int16_t nr, RecordId ereignis) {
-    auto rs =
-        DB->OpenRecordset("Select DISTINCT quelle,ursprung, asso FROM Ereignis_DS WHERE Ziel = " +
-                          ereignis.numberText() + " ;");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        const std::string ursprung = rs->get("ursprung").text();
-        if (upperAscii(ursprung) == "D")
-            continue; // main persons are no associates of their own event
-        zeile(nr + 1, "ASSO @I" + rs->get("quelle").toRecordId().text() + "@");
-        zeile(nr + 2, "RELA " + rolle(rs->get("asso").text(), ursprung));
+    for (const Beteiligter& b : beteiligte_nachschlagen(ereignis)) {
+        zeile(nr + 1, "ASSO @I" + b.quelle.text() + "@");
+        zeile(nr + 2, "RELA " + rolle(b.asso, b.ursprung));
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace folio {
 
@@ -35,6 +36,24 @@ struct Ereignisart {
 // The kind of event from the file's own table of kinds, else from the catalogue; nullptr
 // where neither knows it.
 const Ereignisart* ereignisart_nachschlagen(std::int64_t art);
+
+// A person who takes part in an event in another role than a main person: the distinct rows
+// of the event's links, as a query of them with DISTINCT gives them (in an order of its own).
+struct Beteiligter {
+    RecordId quelle;
+    std::string ursprung;
+    std::string asso;
+};
+const std::vector<Beteiligter>& beteiligte_nachschlagen(RecordId ereignis);
+
+// The general links of a record: its rows of Quellen_DS for a kind of record (compared
+// without regard to case), ordered by the letter of the target as a query ordered by it.
+struct Verknuepfung {
+    RecordId ziel;
+    std::string art_ziel;
+};
+const std::vector<Verknuepfung>& verknuepfungen_nachschlagen(RecordId quelle,
+                                                             const std::string& art_quelle);
 
 // The record's Counter as text where it exists and is marked; nullptr otherwise.
 const std::string* markiert_nachschlagen(dao::Recordset& rs, RecordId datensatz);

@@ -38,21 +38,18 @@ void Dokumentverknuepfungschreiben(std::int16_t nr, RecordId datensatz) {
 }
 
 void Quellenschreiben(std::int16_t nr, RecordId datensatz, const std::string& Datensatzart) {
-    auto rs = DB->OpenRecordset("SELECT * FROM Quellen_DS WHERE Quelle =" + datensatz.sqlLiteral() +
-                                " AND  Art_Quelle = '" + Datensatzart + "' ORDER BY art_ziel ;");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        const std::string art = rs->get("art_ziel").text();
-        const RecordId ziel = rs->get("ziel").toRecordId();
+    for (const Verknuepfung& v : verknuepfungen_nachschlagen(datensatz, Datensatzart)) {
+        const std::string& art = v.art_ziel;
         if (art == "A")
-            Adresseschreiben(nr, ziel);
+            Adresseschreiben(nr, v.ziel);
         else if (art == "B")
-            Bildverknuepfungschreiben(nr, ziel);
+            Bildverknuepfungschreiben(nr, v.ziel);
         else if (art == "O")
-            ortschreiben(nr, ziel);
+            ortschreiben(nr, v.ziel);
         else if (art == "R")
-            Notizverknuepfungschreiben(nr, ziel);
+            Notizverknuepfungschreiben(nr, v.ziel);
         else if (art == "U")
-            Dokumentverknuepfungschreiben(nr, ziel);
+            Dokumentverknuepfungschreiben(nr, v.ziel);
     }
 }
 
