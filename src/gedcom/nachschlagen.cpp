@@ -20,10 +20,9 @@ struct Speicher {
     std::unordered_map<RecordId, OrtEintrag> orte;
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten;
     bool beteiligte_geladen = false;
-    std::unordered_map<RecordId, std::vector<Beteiligter>> beteiligte;
+    std::vector<Beteiligter> beteiligte; // by event
     bool verknuepfungen_geladen = false;
-    std::unordered_map<RecordId, std::vector<std::pair<std::string, std::vector<Verknuepfung>>>>
-        verknuepfungen;
+    std::vector<Verknuepfung> verknuepfungen; // by record, kind and target letter
     std::map<const dao::Recordset*, std::unordered_map<RecordId, std::optional<std::string>>>
         markiert;
 };
@@ -70,6 +69,15 @@ bool gleich(const std::string& a, const std::string& b) {
     return compareNoCase(a, b) == 0;
 }
 
+char grossbuchstabe(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// A one-letter text as its letter; 0 for a text of another length.
+char buchstabe(const std::string& s) {
+    return s.size() == 1 ? s[0] : '\0';
+}
+
 // All links of persons in other roles than main persons, read in one pass over the table
 // instead of one query per event. DISTINCT compares texts without regard to case.
 void beteiligte_laden(Speicher& s) {
@@ -78,63 +86,84 @@ void beteiligte_laden(Speicher& s) {
         std::string ursprung = rs->get("Ursprung").text();
         if (upperAscii(ursprung) == "D")
             continue; // main persons are no associates of their own event
-        Beteiligter b{rs->get("Quelle").toRecordId(), std::move(ursprung), rs->get("ASSO").text()};
-        auto& liste = s.beteiligte[rs->get("Ziel").toRecordId()];
-        const bool schon = std::any_of(liste.begin(), liste.end(), [&](const Beteiligter& x) {
-            return x.quelle == b.quelle && gleich(x.ursprung, b.ursprung) && gleich(x.asso, b.asso);
-        });
-        if (!schon)
-            liste.push_back(std::move(b));
+        s.beteiligte.push_back({rs->get("Ziel").toRecordId(), rs->get("Quelle").toRecordId(),
+                                std::move(ursprung), rs->get("ASSO").text()});
     }
+    std::stable_sort(
+        s.beteiligte.begin(), s.beteiligte.end(),
+        [](const Beteiligter& a, const Beteiligter& b) { return a.ereignis < b.ereignis; });
+    // DISTINCT within each event: the first of equal rows stays.
+    std::vector<Beteiligter> verschieden;
+    verschieden.reserve(s.beteiligte.size());
+    std::size_t anfang = 0;
+    for (Beteiligter& b : s.beteiligte) {
+        if (!verschieden.empty() && verschieden.back().ereignis != b.ereignis)
+            anfang = verschieden.size();
+        const bool schon = std::any_of(verschieden.begin() + static_cast<std::ptrdiff_t>(anfang),
+                                       verschieden.end(), [&](const Beteiligter& x) {
+                                           return x.quelle == b.quelle &&
+                                                  gleich(x.ursprung, b.ursprung) &&
+                                                  gleich(x.asso, b.asso);
+                                       });
+        if (!schon)
+            verschieden.push_back(std::move(b));
+    }
+    verschieden.shrink_to_fit();
+    s.beteiligte = std::move(verschieden);
     s.beteiligte_geladen = true;
 }
 
 // All general links, read in one pass over the table instead of one query per record.
 void verknuepfungen_laden(Speicher& s) {
     auto rs = DB->OpenRecordset("SELECT Quelle, Art_Quelle, Ziel, Art_Ziel FROM Quellen_DS");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        auto& arten = s.verknuepfungen[rs->get("Quelle").toRecordId()];
-        const std::string art = rs->get("Art_Quelle").text();
-        auto it = std::find_if(arten.begin(), arten.end(),
-                               [&](const auto& a) { return gleich(a.first, art); });
-        if (it == arten.end()) {
-            arten.emplace_back(art, std::vector<Verknuepfung>{});
-            it = std::prev(arten.end());
-        }
-        it->second.push_back({rs->get("Ziel").toRecordId(), rs->get("Art_Ziel").text()});
-    }
-    for (auto& [quelle, arten] : s.verknuepfungen)
-        for (auto& [art, liste] : arten)
-            std::stable_sort(liste.begin(), liste.end(), [](const auto& a, const auto& b) {
-                return compareNoCase(a.art_ziel, b.art_ziel) < 0;
-            });
+    for (; !rs->Eof(); rs->MoveNext())
+        s.verknuepfungen.push_back({rs->get("Quelle").toRecordId(),
+                                    grossbuchstabe(buchstabe(rs->get("Art_Quelle").text())),
+                                    buchstabe(rs->get("Art_Ziel").text()),
+                                    rs->get("Ziel").toRecordId()});
+    std::stable_sort(s.verknuepfungen.begin(), s.verknuepfungen.end(),
+                     [](const Verknuepfung& a, const Verknuepfung& b) {
+                         if (a.quelle != b.quelle)
+                             return a.quelle < b.quelle;
+                         if (a.art_quelle != b.art_quelle)
+                             return a.art_quelle < b.art_quelle;
+                         return grossbuchstabe(a.art_ziel) < grossbuchstabe(b.art_ziel);
+                     });
+    s.verknuepfungen.shrink_to_fit();
     s.verknuepfungen_geladen = true;
 }
 
 } // namespace
 
-const std::vector<Beteiligter>& beteiligte_nachschlagen(RecordId ereignis) {
-    static const std::vector<Beteiligter> keine;
+std::span<const Beteiligter> beteiligte_nachschlagen(RecordId ereignis) {
     Speicher& s = speicher();
     if (!s.beteiligte_geladen)
         beteiligte_laden(s);
-    auto it = s.beteiligte.find(ereignis);
-    return it == s.beteiligte.end() ? keine : it->second;
+    auto von = std::lower_bound(s.beteiligte.begin(), s.beteiligte.end(), ereignis,
+                                [](const Beteiligter& b, RecordId e) { return b.ereignis < e; });
+    auto bis = std::upper_bound(von, s.beteiligte.end(), ereignis,
+                                [](RecordId e, const Beteiligter& b) { return e < b.ereignis; });
+    return {von, bis};
 }
 
-const std::vector<Verknuepfung>& verknuepfungen_nachschlagen(RecordId quelle,
-                                                             const std::string& art_quelle) {
-    static const std::vector<Verknuepfung> keine;
+std::span<const Verknuepfung> verknuepfungen_nachschlagen(RecordId quelle,
+                                                          const std::string& art_quelle) {
     Speicher& s = speicher();
     if (!s.verknuepfungen_geladen)
         verknuepfungen_laden(s);
-    auto it = s.verknuepfungen.find(quelle);
-    if (it == s.verknuepfungen.end())
-        return keine;
-    for (const auto& [art, liste] : it->second)
-        if (gleich(art, art_quelle))
-            return liste;
-    return keine;
+    const char art = grossbuchstabe(buchstabe(art_quelle));
+    if (art == '\0')
+        return {};
+    const std::pair<RecordId, char> schluessel{quelle, art};
+    auto vor = [](const Verknuepfung& v, const std::pair<RecordId, char>& k) {
+        return std::pair(v.quelle, v.art_quelle) < k;
+    };
+    auto nach = [](const std::pair<RecordId, char>& k, const Verknuepfung& v) {
+        return k < std::pair(v.quelle, v.art_quelle);
+    };
+    auto von = std::lower_bound(s.verknuepfungen.begin(), s.verknuepfungen.end(), schluessel, vor);
+    auto bis = std::upper_bound(von, s.verknuepfungen.end(), schluessel, nach);
+    return {von, bis};
 }
 
 const Ereignisart* ereignisart_nachschlagen(std::int64_t art) {

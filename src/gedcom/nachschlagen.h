@@ -7,6 +7,7 @@
 #include "database/record_id.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -40,20 +41,25 @@ const Ereignisart* ereignisart_nachschlagen(std::int64_t art);
 // A person who takes part in an event in another role than a main person: the distinct rows
 // of the event's links, as a query of them with DISTINCT gives them (in an order of its own).
 struct Beteiligter {
+    RecordId ereignis;
     RecordId quelle;
     std::string ursprung;
     std::string asso;
 };
-const std::vector<Beteiligter>& beteiligte_nachschlagen(RecordId ereignis);
+std::span<const Beteiligter> beteiligte_nachschlagen(RecordId ereignis);
 
 // The general links of a record: its rows of Quellen_DS for a kind of record (compared
 // without regard to case), ordered by the letter of the target as a query ordered by it.
+// `art_ziel` is the target's letter, or 0 for a value of another length, which no writer
+// takes.
 struct Verknuepfung {
+    RecordId quelle;
+    char art_quelle; // upper case
+    char art_ziel;
     RecordId ziel;
-    std::string art_ziel;
 };
-const std::vector<Verknuepfung>& verknuepfungen_nachschlagen(RecordId quelle,
-                                                             const std::string& art_quelle);
+std::span<const Verknuepfung> verknuepfungen_nachschlagen(RecordId quelle,
+                                                          const std::string& art_quelle);
 
 // The record's Counter as text where it exists and is marked; nullptr otherwise.
 const std::string* markiert_nachschlagen(dao::Recordset& rs, RecordId datensatz);

@@ -39,17 +39,25 @@ void Dokumentverknuepfungschreiben(std::int16_t nr, RecordId datensatz) {
 
 void Quellenschreiben(std::int16_t nr, RecordId datensatz, const std::string& Datensatzart) {
     for (const Verknuepfung& v : verknuepfungen_nachschlagen(datensatz, Datensatzart)) {
-        const std::string& art = v.art_ziel;
-        if (art == "A")
+        switch (v.art_ziel) { // the exact letter: a lower-case one writes nothing
+        case 'A':
             Adresseschreiben(nr, v.ziel);
-        else if (art == "B")
+            break;
+        case 'B':
             Bildverknuepfungschreiben(nr, v.ziel);
-        else if (art == "O")
+            break;
+        case 'O':
             ortschreiben(nr, v.ziel);
-        else if (art == "R")
+            break;
+        case 'R':
             Notizverknuepfungschreiben(nr, v.ziel);
-        else if (art == "U")
+            break;
+        case 'U':
             Dokumentverknuepfungschreiben(nr, v.ziel);
+            break;
+        default:
+            break;
+        }
     }
 }
 
