@@ -1,10 +1,11 @@
 #include "gedcom/familientabelle.h"
 
+#include <algorithm>
+
 namespace folio {
 
 namespace {
 const std::vector<std::size_t> Keine;
-const std::vector<RecordId> KeineKinder;
 } // namespace
 
 std::size_t
@@ -42,22 +43,55 @@ const std::vector<std::size_t>& Familientabelle::zeilen_mit_person(RecordId pers
 }
 
 void Familientabelle::kind_merken(RecordId kind, RecordId vater, RecordId mutter) {
-    if (!vater.isZero() && !mutter.isZero())
-        kinderPaar_[{vater, mutter}].push_back(kind);
-    if (!vater.isZero())
-        kinderVater_[vater].push_back(kind);
-    if (!mutter.isZero())
-        kinderMutter_[mutter].push_back(kind);
+    if (vater.isZero() && mutter.isZero())
+        return;
+    kinder_.push_back({kind, vater, mutter});
+    sortiert_ = false;
 }
 
-const std::vector<RecordId>& Familientabelle::kinder(RecordId vater, RecordId mutter) const {
-    if (!vater.isZero() && !mutter.isZero()) {
-        auto it = kinderPaar_.find({vater, mutter});
-        return it == kinderPaar_.end() ? KeineKinder : it->second;
-    }
-    const auto& nach = vater.isZero() ? kinderMutter_ : kinderVater_;
-    auto it = nach.find(vater.isZero() ? mutter : vater);
-    return it == nach.end() ? KeineKinder : it->second;
+void Familientabelle::sortieren() const {
+    if (sortiert_)
+        return;
+    auto ordnen = [&](std::vector<std::uint32_t>& index, auto schluessel) {
+        index.clear();
+        for (std::uint32_t i = 0; i < kinder_.size(); ++i)
+            if (!schluessel(kinder_[i]).first.isZero() || !schluessel(kinder_[i]).second.isZero())
+                index.push_back(i);
+        std::stable_sort(index.begin(), index.end(), [&](std::uint32_t a, std::uint32_t b) {
+            return schluessel(kinder_[a]) < schluessel(kinder_[b]);
+        });
+    };
+    ordnen(nachPaar_, [](const Kind& k) {
+        return k.vater.isZero() || k.mutter.isZero() ? std::pair(RecordId(), RecordId())
+                                                     : std::pair(k.vater, k.mutter);
+    });
+    ordnen(nachVater_, [](const Kind& k) { return std::pair(k.vater, RecordId()); });
+    ordnen(nachMutter_, [](const Kind& k) { return std::pair(RecordId(), k.mutter); });
+    sortiert_ = true;
+}
+
+std::vector<RecordId> Familientabelle::kinder(RecordId vater, RecordId mutter) const {
+    sortieren();
+    const bool beide = !vater.isZero() && !mutter.isZero();
+    const std::vector<std::uint32_t>& index = beide            ? nachPaar_
+                                              : vater.isZero() ? nachMutter_
+                                                               : nachVater_;
+    auto schluessel = [&](const Kind& k) {
+        return beide            ? std::pair(k.vater, k.mutter)
+               : vater.isZero() ? std::pair(RecordId(), k.mutter)
+                                : std::pair(k.vater, RecordId());
+    };
+    const std::pair gesucht = beide            ? std::pair(vater, mutter)
+                              : vater.isZero() ? std::pair(RecordId(), mutter)
+                                               : std::pair(vater, RecordId());
+    auto von =
+        std::lower_bound(index.begin(), index.end(), gesucht, [&](std::uint32_t i, const auto& g) {
+            return schluessel(kinder_[i]) < g;
+        });
+    std::vector<RecordId> ergebnis;
+    for (auto it = von; it != index.end() && schluessel(kinder_[*it]) == gesucht; ++it)
+        ergebnis.push_back(kinder_[*it].kind);
+    return ergebnis;
 }
 
 } // namespace folio

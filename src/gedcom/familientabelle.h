@@ -6,6 +6,7 @@
 #include "database/record_id.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -35,7 +36,7 @@ public:
     // marked persons, which is the order in which a query of the children gives them.
     void kind_merken(RecordId kind, RecordId vater, RecordId mutter);
     // The marked children of a row: of both parents, or of the one parent that the row has.
-    const std::vector<RecordId>& kinder(RecordId vater, RecordId mutter) const;
+    std::vector<RecordId> kinder(RecordId vater, RecordId mutter) const;
 
 private:
     struct PaarHash {
@@ -44,8 +45,15 @@ private:
     std::vector<Familie> zeilen_;
     std::unordered_map<std::pair<RecordId, RecordId>, std::vector<std::size_t>, PaarHash> paare_;
     std::unordered_map<RecordId, std::vector<std::size_t>> personen_;
-    std::unordered_map<std::pair<RecordId, RecordId>, std::vector<RecordId>, PaarHash> kinderPaar_;
-    std::unordered_map<RecordId, std::vector<RecordId>> kinderVater_, kinderMutter_;
+    // The noted children in the order of noting, and three orders of them (by both parents,
+    // by father, by mother), sorted when first asked for.
+    struct Kind {
+        RecordId kind, vater, mutter;
+    };
+    std::vector<Kind> kinder_;
+    mutable std::vector<std::uint32_t> nachPaar_, nachVater_, nachMutter_;
+    mutable bool sortiert_ = false;
+    void sortieren() const;
 };
 
 } // namespace folio
