@@ -29,6 +29,9 @@ public:
     };
     void leeren() { eintraege_.clear(); }
     void hinzufuegen(int jahr, int monat, int tag, RecordId ereignis);
+    void hinzufuegen(RecordId schluessel, RecordId ereignis) {
+        eintraege_.push_back({schluessel, ereignis});
+    }
     void sortieren();
     // Sorts the list and writes its events at level 1 with `maxHP` main persons.
     void schreiben(std::int16_t maxHP);

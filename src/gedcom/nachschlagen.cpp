@@ -3,6 +3,7 @@
 #include "database/connection_setup.h"
 #include "database/tabellen.h"
 #include "database/text_util.h"
+#include "gedcom/ereignisse.h"
 #include "gedcom/rtf.h"
 
 #include <algorithm>
@@ -21,6 +22,8 @@ struct Speicher {
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten;
     bool beteiligte_geladen = false;
     std::vector<Beteiligter> beteiligte; // by event
+    bool hauptereignisse_geladen = false;
+    std::vector<Hauptereignis> hauptereignisse; // by person
     bool verknuepfungen_geladen = false;
     std::vector<Verknuepfung> verknuepfungen; // by record, kind and target letter
     std::map<const dao::Recordset*, std::unordered_map<RecordId, std::optional<std::string>>>
@@ -36,6 +39,8 @@ Speicher& speicher() {
         s.beteiligte_geladen = false;
         s.verknuepfungen.clear();
         s.verknuepfungen_geladen = false;
+        s.hauptereignisse.clear();
+        s.hauptereignisse_geladen = false;
         s.markiert.clear();
         s.db = DB.get();
         s.generation = DB ? DB->writeGeneration() : 0;
@@ -133,7 +138,51 @@ void verknuepfungen_laden(Speicher& s) {
     s.verknuepfungen_geladen = true;
 }
 
+// The links of main persons with the sort keys of their events, in one pass over each of
+// the two tables instead of a query per person and a seek per event.
+void hauptereignisse_laden(Speicher& s) {
+    std::vector<std::pair<RecordId, RecordId>> schluessel; // event, sort key
+    {
+        auto rs = DB->OpenRecordset("SELECT Counter, vJahr, vMonat, vTag FROM Ereignis");
+        for (; !rs->Eof(); rs->MoveNext())
+            schluessel.emplace_back(
+                rs->get("Counter").toRecordId(),
+                ereignis_sortschluessel(static_cast<int>(rs->get("vJahr").toInt()),
+                                        static_cast<int>(rs->get("vMonat").toInt()),
+                                        static_cast<int>(rs->get("vTag").toInt())));
+    }
+    // The first row of a number is the one a seek finds.
+    std::stable_sort(schluessel.begin(), schluessel.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    auto rs = DB->OpenRecordset("SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS");
+    for (; !rs->Eof(); rs->MoveNext()) {
+        if (rs->get("Ursprung").text() != "d")
+            continue;
+        const RecordId ziel = rs->get("Ziel").toRecordId();
+        auto it = std::lower_bound(schluessel.begin(), schluessel.end(), ziel,
+                                   [](const auto& e, RecordId z) { return e.first < z; });
+        if (it != schluessel.end() && it->first == ziel)
+            s.hauptereignisse.push_back({rs->get("Quelle").toRecordId(), ziel, it->second});
+    }
+    std::stable_sort(
+        s.hauptereignisse.begin(), s.hauptereignisse.end(),
+        [](const Hauptereignis& a, const Hauptereignis& b) { return a.person < b.person; });
+    s.hauptereignisse.shrink_to_fit();
+    s.hauptereignisse_geladen = true;
+}
+
 } // namespace
+
+std::span<const Hauptereignis> hauptereignisse_nachschlagen(RecordId person) {
+    Speicher& s = speicher();
+    if (!s.hauptereignisse_geladen)
+        hauptereignisse_laden(s);
+    auto von = std::lower_bound(s.hauptereignisse.begin(), s.hauptereignisse.end(), person,
+                                [](const Hauptereignis& h, RecordId p) { return h.person < p; });
+    auto bis = std::upper_bound(von, s.hauptereignisse.end(), person,
+                                [](RecordId p, const Hauptereignis& h) { return p < h.person; });
+    return {von, bis};
+}
 
 std::span<const Beteiligter> beteiligte_nachschlagen(RecordId ereignis) {
     Speicher& s = speicher();

@@ -61,6 +61,15 @@ struct Verknuepfung {
 std::span<const Verknuepfung> verknuepfungen_nachschlagen(RecordId quelle,
                                                           const std::string& art_quelle);
 
+// The events of which a person is a main person ("d"), in the order of the person's links,
+// each with the sort key of its first date; links to events that don't exist are left out.
+struct Hauptereignis {
+    RecordId person;
+    RecordId ereignis;
+    RecordId schluessel;
+};
+std::span<const Hauptereignis> hauptereignisse_nachschlagen(RecordId person);
+
 // The record's Counter as text where it exists and is marked; nullptr otherwise.
 const std::string* markiert_nachschlagen(dao::Recordset& rs, RecordId datensatz);
 

@@ -6,6 +6,7 @@
 #include "gedcom/ereignisse.h"
 #include "gedcom/export.h"
 #include "gedcom/familientabelle.h"
+#include "gedcom/nachschlagen.h"
 #include "gedcom/orte.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
@@ -78,11 +79,8 @@ void namen(dao::Recordset& p, bool geschuetzt) {
 
 void ereignisse(RecordId person) {
     Ereignisliste liste;
-    auto rs = DB->OpenRecordset(
-        "Select ziel, ursprung FROM Ereignis_DS WHERE Quelle =" + person.numberText() + " ;");
-    for (; !rs->Eof(); rs->MoveNext())
-        if (rs->get("ursprung").text() == "d")
-            ereignis_einreihen(liste, rs->get("ziel").toRecordId());
+    for (const Hauptereignis& h : hauptereignisse_nachschlagen(person))
+        liste.hinzufuegen(h.schluessel, h.ereignis);
     liste.schreiben(1);
 }
 
