@@ -16,6 +16,8 @@ constexpr std::array<char32_t, 32> Hoch = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
+} // namespace
+
 bool ist_utf8(const std::string& bytes) {
     std::int32_t i = 0;
     const auto* b = reinterpret_cast<const std::uint8_t*>(bytes.data());
@@ -28,8 +30,6 @@ bool ist_utf8(const std::string& bytes) {
     }
     return true;
 }
-
-} // namespace
 
 std::u32string codepunkte(const std::string& utf8) {
     std::u32string out;

@@ -6,6 +6,8 @@
 
 namespace folio {
 
+// Whether the bytes are well-formed UTF-8.
+bool ist_utf8(const std::string& bytes);
 // The code points of a UTF-8 text; malformed bytes become U+FFFD.
 std::u32string codepunkte(const std::string& utf8);
 std::string utf8_aus(const std::u32string& text);

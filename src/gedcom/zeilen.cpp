@@ -36,7 +36,8 @@ const std::u32string CONC = U"#CONC#";
 } // namespace
 
 std::string utf8_text(const std::string& text) {
-    return utf8_aus(codepunkte(text));
+    // The program's texts are UTF-8 already; only malformed bytes need the way round.
+    return ist_utf8(text) ? text : utf8_aus(codepunkte(text));
 }
 
 std::string z(const std::string& zeile) {
