@@ -70,6 +70,12 @@ std::optional<Ereignisart> ereignisart_suchen(std::int64_t art) {
     return std::nullopt;
 }
 
+// The number that a query of a count gives; it sizes the tables read per run at once, so
+// that they don't grow by doubling.
+std::int64_t anzahl(const std::string& sql) {
+    return DB->OpenRecordset(sql)->get(0).toInt();
+}
+
 bool gleich(const std::string& a, const std::string& b) {
     return compareNoCase(a, b) == 0;
 }
@@ -120,6 +126,7 @@ void beteiligte_laden(Speicher& s) {
 
 // All general links, read in one pass over the table instead of one query per record.
 void verknuepfungen_laden(Speicher& s) {
+    s.verknuepfungen.reserve(static_cast<std::size_t>(anzahl("SELECT count(*) FROM Quellen_DS")));
     auto rs = DB->OpenRecordset("SELECT Quelle, Art_Quelle, Ziel, Art_Ziel FROM Quellen_DS");
     for (; !rs->Eof(); rs->MoveNext())
         s.verknuepfungen.push_back({rs->get("Quelle").toRecordId(),
@@ -134,7 +141,6 @@ void verknuepfungen_laden(Speicher& s) {
                              return a.art_quelle < b.art_quelle;
                          return grossbuchstabe(a.art_ziel) < grossbuchstabe(b.art_ziel);
                      });
-    s.verknuepfungen.shrink_to_fit();
     s.verknuepfungen_geladen = true;
 }
 
@@ -142,6 +148,10 @@ void verknuepfungen_laden(Speicher& s) {
 // the two tables instead of a query per person and a seek per event.
 void hauptereignisse_laden(Speicher& s) {
     std::vector<std::pair<RecordId, RecordId>> schluessel; // event, sort key
+    schluessel.reserve(static_cast<std::size_t>(anzahl("SELECT count(*) FROM Ereignis")));
+    // An upper bound: the comparison finds "D" too.
+    s.hauptereignisse.reserve(
+        static_cast<std::size_t>(anzahl("SELECT count(*) FROM Ereignis_DS WHERE Ursprung = 'd'")));
     {
         auto rs = DB->OpenRecordset("SELECT Counter, vJahr, vMonat, vTag FROM Ereignis");
         for (; !rs->Eof(); rs->MoveNext())
