@@ -177,7 +177,6 @@ void hauptereignisse_laden(Speicher& s) {
     std::stable_sort(
         s.hauptereignisse.begin(), s.hauptereignisse.end(),
         [](const Hauptereignis& a, const Hauptereignis& b) { return a.person < b.person; });
-    s.hauptereignisse.shrink_to_fit();
     s.hauptereignisse_geladen = true;
 }
 
