@@ -4,8 +4,10 @@
 #include "gedcom/ereignisse.h"
 #include "gedcom/export.h"
 #include "gedcom/familientabelle.h"
+#include "gedcom/nachschlagen.h"
 #include "gedcom/zeilen.h"
 
+#include <algorithm>
 #include <string>
 
 namespace folio {
@@ -50,17 +52,26 @@ void kinder(const Familientabelle& tabelle, RecordId vater, RecordId mutter) {
 // The events in which both partners are main persons, in the order of their dates. The
 // event writer keeps those whose kind has two main persons; a row with a 0 finds none.
 void ereignisse(RecordId vater, RecordId mutter) {
+    // A query can only give a row with the exact "d" where the person has such a link: the
+    // queries that can't are left out, which changes nothing in what is found.
+    const auto der_mutter_eigen = hauptereignisse_nachschlagen(mutter);
+    if (hauptereignisse_nachschlagen(vater).empty() || der_mutter_eigen.empty())
+        return;
+    auto hat_die_mutter = [&](RecordId ereignis) {
+        return std::any_of(der_mutter_eigen.begin(), der_mutter_eigen.end(),
+                           [&](const Hauptereignis& h) { return h.ereignis == ereignis; });
+    };
     Ereignisliste liste;
     auto des_vaters = DB->OpenRecordset(
         "Select DISTINCT Ursprung, Ziel FROM Ereignis_DS WHERE Quelle =" + vater.numberText() +
         " ;");
     for (; !des_vaters->Eof(); des_vaters->MoveNext()) {
-        if (des_vaters->get("Ursprung").text() != "d")
+        const RecordId ziel = des_vaters->get("Ziel").toRecordId();
+        if (des_vaters->get("Ursprung").text() != "d" || !hat_die_mutter(ziel))
             continue;
-        auto der_mutter =
-            DB->OpenRecordset("Select DISTINCT Ziel, Ursprung FROM Ereignis_DS WHERE Ziel =" +
-                              des_vaters->get("Ziel").toRecordId().numberText() +
-                              " AND Quelle = " + mutter.numberText() + " ;");
+        auto der_mutter = DB->OpenRecordset(
+            "Select DISTINCT Ziel, Ursprung FROM Ereignis_DS WHERE Ziel =" + ziel.numberText() +
+            " AND Quelle = " + mutter.numberText() + " ;");
         for (; !der_mutter->Eof(); der_mutter->MoveNext())
             if (der_mutter->get("Ursprung").text() == "d")
                 ereignis_einreihen(liste, der_mutter->get("Ziel").toRecordId());
