@@ -44,6 +44,14 @@ AuswahlForm::AuswahlForm() : Form("Auswahl") {
     mit(addControl("TextBox", "Fortschritttext"), {{"Text", ""}, {"Locked", true}});
     mit(addControl("Command", "Exportstarten"),
         {{"Caption", "604 GEDCOM Export starten"}, {"Enabled", false}});
+
+    for (int i = 0; i < 2; ++i)
+        zeichensatz_[i] = &control("Zeichensatz", i);
+    for (int i = 0; i < 4; ++i)
+        datenschutzcheck_[i] = &control("Datenschutzcheck", i);
+    nur_auf_55_ = &control("nur_auf_55");
+    chancheck_ = &control("Chancheck");
+    fortschritt_ = &control("Fortschritt");
 }
 
 AuswahlForm& Auswahl() {

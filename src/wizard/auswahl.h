@@ -15,16 +15,17 @@ class AuswahlForm : public Form {
 public:
     AuswahlForm();
 
-    // Shorthands for the controls that the run and the pages read most.
+    // Shorthands for the controls that the run and the pages read most; the run reads some
+    // of them for every line, so they are found once.
     Control& Verzeichnis(int i) { return control("Verzeichnis", i); }
     Control& Datei(int i) { return control("Datei", i); }
-    Control& Zeichensatz(int i) { return control("Zeichensatz", i); }
+    Control& Zeichensatz(int i) { return *zeichensatz_[i]; }
     Control& Verfasser(int i) { return control("Verfasser", i); }
-    Control& Datenschutzcheck(int i) { return control("Datenschutzcheck", i); }
+    Control& Datenschutzcheck(int i) { return *datenschutzcheck_[i]; }
     Control& Anmerkung() { return control("Anmerkung"); }
-    Control& nur_auf_55() { return control("nur_auf_55"); }
-    Control& Chancheck() { return control("Chancheck"); }
-    Control& Fortschritt() { return control("Fortschritt"); }
+    Control& nur_auf_55() { return *nur_auf_55_; }
+    Control& Chancheck() { return *chancheck_; }
+    Control& Fortschritt() { return *fortschritt_; }
     Control& Fortschritttext() { return control("Fortschritttext"); }
 
     // A check box counts as set at the value 1, an option button at True.
@@ -39,6 +40,13 @@ public:
     bool verknuepfungen_aktuell = false;
     bool hat_ereignisse = false, hat_orte = false, hat_notizen = false, hat_dokumente = false,
          hat_bilder = false, hat_adressen = false;
+
+private:
+    Control* zeichensatz_[2] = {};
+    Control* datenschutzcheck_[4] = {};
+    Control* nur_auf_55_ = nullptr;
+    Control* chancheck_ = nullptr;
+    Control* fortschritt_ = nullptr;
 };
 
 // The one wizard form of the program.
