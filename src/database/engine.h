@@ -12,6 +12,7 @@
 #include "database/sqlite_handle.h"
 #include "database/value.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -61,6 +62,10 @@ struct FieldLayout {
     std::vector<std::string> baseNames;          // the base table's column behind each field, or ""
     std::vector<bool> dynamic;                   // no declared type: read by storage class
     std::unordered_map<std::string, int> byName; // lower-case name to field
+    // The names asked for last, by the address of their text: code asks for fields by
+    // literal names, again and again.
+    mutable std::array<std::pair<const char*, int>, 8> zuletzt{};
+    mutable std::size_t naechster = 0;
 };
 
 // The prepared form of a query that recordsets open again and again with other numbers:

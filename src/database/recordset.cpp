@@ -621,12 +621,18 @@ void Recordset::FindNext(std::string_view criterion) {
 
 int Recordset::fieldIndex(std::string_view name) const {
     requireOpen();
+    const FieldLayout& l = *layout_;
+    for (const auto& [text, index] : l.zuletzt)
+        if (text == name.data() &&
+            equalsNoCase(l.fields[static_cast<std::size_t>(index)].Name, name))
+            return index;
     auto it = layout_->byName.find(lowerAscii(name));
     if (it == layout_->byName.end())
         throw DatabaseError(err::ItemNotFound,
                             "Item not found in this collection: '" + source_ + "' has no field '" +
                                 std::string(name) + "'",
                             db_->Name(), source_, std::string(name));
+    l.zuletzt[l.naechster++ % l.zuletzt.size()] = {name.data(), it->second};
     return it->second;
 }
 
