@@ -108,9 +108,13 @@ void zeilen_durchlaufen(const std::string& sql, double basis, double spanne,
     auto rs = DB->OpenRecordset(sql);
     if (rs->Eof())
         return;
-    rs->MoveLast();
-    const std::int64_t gesamt = rs->RecordCount();
-    rs->MoveFirst();
+    // The number of rows that the last row of the query would tell, counted by the database:
+    // a move to the last row would fix every row first and make each read a lookup.
+    std::string innen = sql;
+    while (!innen.empty() && (innen.back() == ';' || innen.back() == ' '))
+        innen.pop_back();
+    const std::int64_t gesamt =
+        DB->OpenRecordset("SELECT count(*) FROM (" + innen + ")")->get(0).toInt();
     std::int64_t anzahl = 0;
     for (; !rs->Eof(); rs->MoveNext()) {
         fortschritt_setzen(++anzahl, gesamt, basis, spanne);
