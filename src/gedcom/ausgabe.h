@@ -24,7 +24,6 @@ public:
     void schreiben(std::string_view bytes);
     // Closes the output and puts it in place of the target.
     void abschliessen();
-    const std::string& ziel() const { return ziel_; }
 
 private:
     [[noreturn]] void fehler(const std::string& was);

@@ -9,15 +9,6 @@
 
 using namespace folio;
 
-namespace {
-std::string contents(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-} // namespace
-
 TEST(Ini, ReadsLikeTheProfileCalls) {
     test::TempDir dir;
     const std::string file = dir.file("programm.ini");
@@ -57,12 +48,14 @@ TEST(Ini, WritesInPlaceAndNeverWritesADefault) {
     ini_schreiben(file, "Ansicht", "Sprache", "English");
     ini_schreiben(file, "gedcom", "Datei", "Familie");
     ini_schreiben(file, "GEDCOM", "PFAD", "/b");
-    EXPECT_EQ(contents(file), "[GEDCOM]\nPfad=/b\nDatei=Familie\n[Ansicht]\nSprache=English\n");
+    EXPECT_EQ(test::readFile(file),
+              "[GEDCOM]\nPfad=/b\nDatei=Familie\n[Ansicht]\nSprache=English\n");
 
     // A file written elsewhere keeps its line ends and its other lines.
     std::ofstream(file, std::ios::binary) << "[Msgboxen]\r\n;note\r\nSortierung=1\r\n\r\n[X]\r\n";
     ini_schreiben(file, "Msgboxen", "Reparieren", "0");
-    EXPECT_EQ(contents(file), "[Msgboxen]\r\n;note\r\nSortierung=1\r\nReparieren=0\r\n\r\n[X]\r\n");
+    EXPECT_EQ(test::readFile(file),
+              "[Msgboxen]\r\n;note\r\nSortierung=1\r\nReparieren=0\r\n\r\n[X]\r\n");
 
     // A folder that doesn't exist isn't created, and nothing breaks.
     ini_schreiben(dir.file("no/such/folder.ini"), "S", "k", "v");

@@ -23,13 +23,6 @@
 
 namespace folio::test {
 
-inline std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
 struct ExportFixture : ::testing::Test {
     TempDir dir;
     std::string datei;

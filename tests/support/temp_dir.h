@@ -2,7 +2,9 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
 #include <random>
+#include <sstream>
 #include <string>
 
 namespace folio::test {
@@ -30,5 +32,13 @@ public:
 private:
     std::filesystem::path path_;
 };
+
+// The bytes of a file; empty where it can't be read.
+inline std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
 
 } // namespace folio::test
