@@ -1,13 +1,20 @@
 // folioexport-cli: the export without a window.
+//
+//   folioexport-cli export DATABASE -o FILE [options]   (see --help)
+//   folioexport-cli --version
+//   folioexport-cli --help
 
+#include "export_befehl.h"
 #include "frame/globals.h"
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "frame/start.h"
 #include "frame/terminal_platform.h"
 
-#include <cstring>
 #include <iostream>
+#include <string>
+#include <unistd.h>
+#include <vector>
 
 using namespace folio;
 
@@ -21,18 +28,36 @@ void zeige_version() {
               << "Sprache:      " << Sprache << "\n";
 }
 
+void zeige_hilfe(std::ostream& out) {
+    out << sprachtext("9810") << "\n";
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    setPlatform(std::make_unique<TerminalPlatform>(std::cerr));
+    setPlatform(std::make_unique<TerminalPlatform>(std::cerr, ::isatty(STDERR_FILENO) == 1));
     StartForm start;
     const StartErgebnis ergebnis = programm_starten(start);
     if (!ergebnis.ok)
-        return 3;
-    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        return cli::StartFehlgeschlagen;
+
+    const std::vector<std::string> argumente(argv + 1, argv + argc);
+    if (argumente.size() == 1 && argumente[0] == "--version") {
         zeige_version();
-        return 0;
+        return cli::Fertig;
     }
-    std::cerr << "folioexport-cli --version\n";
-    return 2;
+    if (argumente.size() == 1 && (argumente[0] == "--help" || argumente[0] == "-h")) {
+        zeige_hilfe(std::cout);
+        return cli::Fertig;
+    }
+    if (!argumente.empty() && argumente[0] == "export") {
+        std::string fehler;
+        const auto optionen =
+            cli::optionen_lesen({argumente.begin() + 1, argumente.end()}, fehler);
+        if (optionen)
+            return cli::exportieren(*optionen);
+        std::cerr << "folioexport-cli: " << fehler << "\n\n";
+    }
+    zeige_hilfe(std::cerr);
+    return cli::FalscherAufruf;
 }

@@ -148,6 +148,10 @@ std::string translate(std::string_view sql) {
             throw DatabaseError(err::CharactersAfterStatement,
                                 "Characters found after end of SQL statement: " + std::string(sql),
                                 {}, std::string(sql));
+        // A number followed at once by a word ("= 5OR Ziel") is two tokens to the dialect;
+        // the store wants a blank between them.
+        if (t.kind == TokenKind::Word && i > 0 && tokens[i - 1].kind == TokenKind::Number)
+            out += ' ';
         switch (t.kind) {
         case TokenKind::Word:
             if (equalsNoCase(t.text, "TRUE"))

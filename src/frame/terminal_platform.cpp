@@ -1,18 +1,68 @@
 #include "frame/terminal_platform.h"
 
+#include "database/text_util.h"
+
+#include <algorithm>
 #include <ostream>
 
 namespace folio {
 
 MessageAnswer TerminalPlatform::showMessage(const MessageRequest& request) {
+    fortschritt_beenden();
     if (!request.title.empty())
         out_ << request.title << ": ";
-    out_ << request.text << "\n";
+    std::string text = request.text;
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    out_ << text << "\n";
     out_.flush();
     // The first button of the box: OK, Yes, or Abort/Retry where those are offered.
     const int buttons = request.style & 7;
     const int answer = buttons == 2 ? 3 : buttons == 3 || buttons == 4 ? 6 : buttons == 5 ? 4 : 1;
     return {answer, request.checkboxValue};
+}
+
+void TerminalPlatform::zeichnen(bool sofort) {
+    if (!balken_ || !quelle_)
+        return;
+    const auto jetzt = std::chrono::steady_clock::now();
+    if (!sofort && jetzt - zuletzt_ < std::chrono::milliseconds(100))
+        return;
+    zuletzt_ = jetzt;
+    const std::optional<Fortschrittsstand> stand = quelle_();
+    if (!stand)
+        return;
+    constexpr int Breite = 30;
+    const long long maximum = std::max(1LL, stand->maximum);
+    const long long wert = std::clamp(stand->wert, 0LL, maximum);
+    const int voll = static_cast<int>(wert * Breite / maximum);
+    std::string text = stand->text;
+    // The label is cut to the width of a usual terminal, by characters.
+    constexpr std::size_t Zeichen = 36;
+    if (utf8Length(text) > Zeichen) {
+        std::size_t i = 0, n = 0;
+        for (; i < text.size(); ++i)
+            if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80 && n++ == Zeichen - 1)
+                break; // i stands on the first character that doesn't fit
+        text = text.substr(0, i) + "…";
+    }
+    std::string zeile = "[" + std::string(voll, '#') + std::string(Breite - voll, '.') + "] " +
+                        std::to_string(wert * 100 / maximum) + "% " + text;
+    if (zeile == letzte_zeile_)
+        return;
+    const std::size_t alte = utf8Length(letzte_zeile_), neue = utf8Length(zeile);
+    letzte_zeile_ = zeile;
+    if (alte > neue)
+        zeile += std::string(alte - neue, ' ');
+    out_ << '\r' << zeile << std::flush;
+    sichtbar_ = true;
+}
+
+void TerminalPlatform::fortschritt_beenden() {
+    if (!sichtbar_)
+        return;
+    out_ << '\r' << std::string(utf8Length(letzte_zeile_), ' ') << '\r' << std::flush;
+    sichtbar_ = false;
+    letzte_zeile_.clear();
 }
 
 } // namespace folio

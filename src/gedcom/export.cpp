@@ -140,13 +140,17 @@ ExportErgebnis Exportstarten() {
         meldung(name + "\r\n\r\n" + sprachtext("609"), 273, Produktname) == AntwortAbbrechen)
         return ExportErgebnis::Abgebrochen;
 
+    ini_schreiben(programm_ini(), "GEDCOM", "Pfad", ordner);
+    ini_schreiben(programm_ini(), "GEDCOM", "Datei", name);
+    return export_ausfuehren(ziel);
+}
+
+ExportErgebnis export_ausfuehren(const std::string& ziel) {
+    AuswahlForm& form = Auswahl();
     fortschritttext("", false);
     form.Fortschritt().set("Value", Value(0));
     platform().doEvents();
     form.set("MousePointer", Value(MausSanduhr));
-    ini_schreiben(programm_ini(), "GEDCOM", "Pfad", ordner);
-    ini_schreiben(programm_ini(), "GEDCOM", "Datei", name);
-
     try {
         schreiben(ziel);
     } catch (const std::exception& e) {

@@ -19,6 +19,11 @@ enum class ExportErgebnis {
 // its long-lived cursors must be open.
 ExportErgebnis Exportstarten();
 
+// The run itself, into exactly the file `ziel`: without the question before overwriting
+// and without remembering the target, which the caller settles. Replaces `ziel` only when
+// the file is complete.
+ExportErgebnis export_ausfuehren(const std::string& ziel);
+
 namespace dao {
 class Recordset;
 }

@@ -1,5 +1,8 @@
 #include "wizard/auswahl.h"
 
+#include "database/errors.h"
+#include "database/text_util.h"
+
 namespace folio {
 
 namespace {
@@ -45,6 +48,52 @@ AuswahlForm::AuswahlForm() : Form("Auswahl") {
     mit(addControl("Command", "Exportstarten"),
         {{"Caption", "604 GEDCOM Export starten"}, {"Enabled", false}});
 
+    mit(addControl("sevWizard", "sevWizard"), {{"NextEnabled", false}, {"FinishEnabled", false}});
+    mit(addControl("DBGrid", "DBGrid", 0), {{"Caption", "571 Informationen zur Datenbank"}});
+    mit(addControl("DBGrid", "DBGrid", 1), {{"Caption", "4670 Einstellungen"}});
+    mit(addControl("Datengrid", "Datengrid", 0), {{"Visible", true}});
+    mit(addControl("Datengrid", "Datengrid", 1), {{"Visible", true}});
+    mit(addControl("ProgressBar", "Personen_fortschritt"), {{"Value", 0}, {"Max", 100}});
+    mit(addControl("Label", "Label1"),
+        {{"Caption", "588 Die mit den Personen verknüpften Daten werden ermittelt ..."}});
+
+    // The tool bar of the persons: the menu button and its commands, and the switches,
+    // all off at the start.
+    Control& personen = addControl("Coolbar", "Coolbar_Datengrid", 0);
+    const std::pair<const char*, const char*> schalter[] = {
+        {"Markieren", "9740 Personen wählen"}, {"Vorfahren", "586 Vorfahren"},
+        {"Nachfahren", "585 Nachfahren"},      {"Ehepartner", "2355 Ehepartner"},
+        {"Lebend", "577 Lebende Personen ausschließen"}};
+    for (const auto& [key, caption] : schalter) {
+        PropertyBag& b = personen.items("Buttons").emplace_back();
+        b.set("Key", Value(key));
+        b.set("Text", Value(caption));
+        b.set("Value", Value(0));
+    }
+    const std::pair<const char*, const char*> menue[] = {{"Auswählen", "229 Alle auswählen"},
+                                                         {"Abwählen", "232 Alle Abwählen"},
+                                                         {"leer", "-"},
+                                                         {"Alle_gezeigten",
+                                                          "1658 Alle angezeigten Personen wählen"}};
+    for (const auto& [key, caption] : menue) {
+        PropertyBag& m = personen.items("MenuButtons").emplace_back();
+        m.set("Key", Value(key));
+        m.set("Caption", Value(caption));
+    }
+    // The tool bar of the linked records: one button pressed at a time.
+    Control& verknuepfte = addControl("Coolbar", "Coolbar_Datengrid", 1);
+    const std::pair<const char*, const char*> tabellen[] = {
+        {"Ereignisse", "2050 Ereignisse"}, {"Orte", "4114 Orte"},
+        {"Dokumente", "4111 Dokumente"},   {"Notizen", "4112 Notizen"},
+        {"Bilder", "2151 Bilder"},         {"Adressen", "4115 Adressen"}};
+    for (const auto& [key, caption] : tabellen) {
+        PropertyBag& b = verknuepfte.items("Buttons").emplace_back();
+        b.set("Key", Value(key));
+        b.set("Text", Value(caption));
+        b.set("Value", Value(0));
+        b.set("Enabled", Value(true));
+    }
+
     for (int i = 0; i < 2; ++i)
         zeichensatz_[i] = &control("Zeichensatz", i);
     for (int i = 0; i < 4; ++i)
@@ -52,6 +101,22 @@ AuswahlForm::AuswahlForm() : Form("Auswahl") {
     nur_auf_55_ = &control("nur_auf_55");
     chancheck_ = &control("Chancheck");
     fortschritt_ = &control("Fortschritt");
+}
+
+PropertyBag& AuswahlForm::knopf(int coolbar, std::string_view key) {
+    for (PropertyBag& b : control("Coolbar_Datengrid", coolbar).items("Buttons"))
+        if (equalsNoCase(b.text("Key"), key))
+            return b;
+    throw Error(35601, "Element not found: " + std::string(key));
+}
+
+void AuswahlForm::zeile_anfuegen(int grid, const std::string& info, const std::string& status,
+                                 bool info_fett, bool status_fett) {
+    PropertyBag& zeile = DBGrid(grid).items("Rows").emplace_back();
+    zeile.set("Info", Value(info));
+    zeile.set("Status", Value(status));
+    zeile.set("InfoBold", Value(info_fett));
+    zeile.set("StatusBold", Value(status_fett));
 }
 
 AuswahlForm& Auswahl() {

@@ -5,7 +5,9 @@
 
 #include "frame/form.h"
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,6 +29,24 @@ public:
     Control& Chancheck() { return *chancheck_; }
     Control& Fortschritt() { return *fortschritt_; }
     Control& Fortschritttext() { return control("Fortschritttext"); }
+    Control& Personen_fortschritt() { return control("Personen_fortschritt"); }
+    Control& Datengrid(int i) { return control("Datengrid", i); }
+    Control& DBGrid(int i) { return control("DBGrid", i); }
+    // The wizard frame: its properties NextEnabled and FinishEnabled stand for the buttons.
+    Control& sevWizard() { return control("sevWizard"); }
+
+    // A button of a tool bar Coolbar_Datengrid(i) by its key; raises when there is none.
+    PropertyBag& knopf(int coolbar, std::string_view key);
+    // A switch or button of a tool bar is pressed at the value 1.
+    bool gedrueckt(int coolbar, std::string_view key) {
+        return knopf(coolbar, key).get("Value").toInt() == 1;
+    }
+    void weiter_freigeben(bool an) { sevWizard().set("NextEnabled", Value(an)); }
+
+    // A row of a two-column list DBGrid(i): the texts of its cells "Info" and "Status",
+    // which the list gets as one string divided by a tab.
+    void zeile_anfuegen(int grid, const std::string& info, const std::string& status,
+                        bool info_fett = false, bool status_fett = false);
 
     // A check box counts as set at the value 1, an option button at True.
     bool angehakt(Control& box) { return box.get("Value").toInt() == 1; }
@@ -40,6 +60,11 @@ public:
     bool verknuepfungen_aktuell = false;
     bool hat_ereignisse = false, hat_orte = false, hat_notizen = false, hat_dokumente = false,
          hat_bilder = false, hat_adressen = false;
+
+    // What the grids do for the logic of the pages; a view installs them. Without a view,
+    // the models of the controls change and nothing else happens.
+    std::function<void()> personengrid_auffrischen;
+    std::function<void(const std::string& key)> grid2_aufbauen;
 
 private:
     Control* zeichensatz_[2] = {};

@@ -1,0 +1,58 @@
+#include "selection/markierungen.h"
+
+#include "database/errors.h"
+#include "database/tabellen.h"
+#include "database/text_util.h"
+#include "wizard/auswahl.h"
+
+#include <string>
+
+namespace folio {
+
+void markierungen_sichern() {
+    DB->Execute("Update Daten Set Marker = 0 WHERE Markierung = 0 ;", dao::dbFailOnError);
+    DB->Execute("Update Daten Set Marker = 1 WHERE Markierung = -1 ;", dao::dbFailOnError);
+}
+
+void markierungen_zurueckholen() {
+    for (const char* tabelle :
+         {"Daten", "Ereignis", "Dokument", "Notiz", "Bilder", "Ort", "Adressen"}) {
+        const std::string t = tabelle;
+        for (const std::string& sql : {"Update " + t + " Set Markierung = 0 WHERE Marker = 0 ;",
+                                       "Update " + t + " Set Markierung = -1 WHERE Marker = 1 ;"}) {
+            try {
+                if (!DB)
+                    throw Error(91, "No database is open");
+                DB->Execute(sql, dao::dbFailOnError);
+            } catch (const Error&) {
+                // Putting marks back must never stop the one who leaves the database.
+            }
+        }
+    }
+}
+
+void markieren_befehl(int coolbar, std::string_view key) {
+    if (coolbar != 0)
+        return;
+    AuswahlForm& form = Auswahl();
+    form.set("MousePointer", Value(MausSanduhr));
+    auto auffrischen = [&] {
+        if (form.personengrid_auffrischen)
+            form.personengrid_auffrischen();
+    };
+    if (equalsNoCase(key, "Auswählen")) {
+        DB->Execute("Update Daten Set Markierung = -1 WHERE Markierung = 0 ;", dao::dbFailOnError);
+        auffrischen();
+        form.weiter_freigeben(true);
+    } else if (equalsNoCase(key, "Abwählen")) {
+        DB->Execute("Update Daten Set Markierung = 0 WHERE Markierung <> 0 ;", dao::dbFailOnError);
+        auffrischen();
+        form.weiter_freigeben(false);
+    } else if (equalsNoCase(key, "Alle_gezeigten")) {
+        DB->Execute("Update Daten Set Markierung = -1 WHERE Marker = 1 ;", dao::dbFailOnError);
+    }
+    form.verknuepfungen_aktuell = false;
+    form.set("MousePointer", Value(MausNormal));
+}
+
+} // namespace folio

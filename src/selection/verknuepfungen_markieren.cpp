@@ -1,0 +1,288 @@
+#include "selection/verknuepfungen_markieren.h"
+
+#include "database/tabellen.h"
+#include "frame/meldung.h"
+#include "frame/platform.h"
+#include "frame/sprache.h"
+#include "wizard/auswahl.h"
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+namespace folio {
+
+namespace {
+
+// A table that the closure marks, with the flag that tells whether it marked anything
+// there, and the letter by which the general links name its records.
+struct Tabelle {
+    const char* name;
+    bool AuswahlForm::*flag;
+    char buchstabe;
+};
+
+constexpr Tabelle Ereignisse{"Ereignis", &AuswahlForm::hat_ereignisse, 'E'};
+constexpr Tabelle Notizen{"Notiz", &AuswahlForm::hat_notizen, 'R'};
+constexpr Tabelle Orte{"Ort", &AuswahlForm::hat_orte, 'O'};
+constexpr Tabelle Dokumente{"Dokument", &AuswahlForm::hat_dokumente, 'U'};
+constexpr Tabelle Adressen{"Adressen", &AuswahlForm::hat_adressen, 'A'};
+constexpr Tabelle Bilder{"Bilder", &AuswahlForm::hat_bilder, 'B'};
+
+// The targets of the general links, in the order of their letters' table.
+constexpr Tabelle QuellenZiele[] = {Ereignisse, Notizen, Orte, Dokumente, Adressen, Bilder};
+
+// Marks the records of a table whose Counter is one of the numbers that `nummern` (a
+// SELECT of one column) gives and that meet `bedingung`, and sets the table's flag where
+// any was found. A number without a record marks nothing. One statement does for all
+// numbers what a seek, Edit and Update does for each: marking is the same whatever the
+// order, and a record marked twice is marked once.
+void markieren(const Tabelle& t, const std::string& nummern, const std::string& bedingung = "") {
+    DB->Execute(std::string("UPDATE ") + t.name + " SET Markierung = -1 WHERE Counter IN (" +
+                    nummern + ")" + (bedingung.empty() ? "" : " AND " + bedingung) + " ;",
+                dao::dbFailOnError);
+    if (DB->RecordsAffected() > 0)
+        Auswahl().*t.flag = true;
+}
+
+// The numbers in a field of the marked records of a table, where the field isn't 0 (a
+// Null counts as 0).
+std::string feld_der_markierten(const char* feld, const char* tabelle) {
+    return std::string("SELECT ") + feld + " FROM " + tabelle + " WHERE Markierung = True AND " +
+           feld + " <> 0";
+}
+
+std::string counter_der_markierten(const char* tabelle) {
+    return std::string("SELECT Counter FROM ") + tabelle + " WHERE Markierung = True";
+}
+
+// The general links of the records that `quellen` gives (a SELECT of their Counter, or
+// one number), whose table has the letter `art`: each target is marked in the table of its
+// exact letter; other letters are passed over. The target table of the records' own
+// letter comes last, so that every statement before it sees those records as they were.
+void quellen_ziele_markieren(const std::string& quellen, char art) {
+    const std::string von = std::string("SELECT Ziel FROM Quellen_DS WHERE Art_Quelle = '") +
+                            art + "' AND Quelle IN (" + quellen + ") AND Art_Ziel = '";
+    const Tabelle* eigene = nullptr;
+    for (const Tabelle& t : QuellenZiele) {
+        if (t.buchstabe == art)
+            eigene = &t;
+        else
+            markieren(t, von + t.buchstabe + "' COLLATE BINARY");
+    }
+    if (eigene)
+        markieren(*eigene, von + art + "' COLLATE BINARY");
+}
+
+// The addresses of the records that `quellen` gives, whose table has the letter `art` in
+// Adressen_DS; a link to the number 0 is skipped.
+void adressen_markieren(const std::string& quellen, char art) {
+    markieren(Adressen, std::string("SELECT Ziel FROM Adressen_DS WHERE ursprung = '") + art +
+                            "' AND Ziel <> 0 AND Quelle IN (" + quellen + ")");
+}
+
+// The kinds of events that the catalogue gives more or fewer than one main person. A kind
+// that it doesn't know counts as a kind of one person; where a kind stands twice, its
+// first row counts.
+std::vector<std::int64_t> arten_mehrerer_personen() {
+    std::map<std::int64_t, std::int64_t> hauptpersonen;
+    dao::Recordset& katalog = *rs_Deutsch;
+    for (katalog.MoveFirst(); !katalog.Eof(); katalog.MoveNext())
+        hauptpersonen.emplace(katalog.get("Index").toInt(),
+                              katalog.get("maxhauptpersonen").toInt());
+    std::vector<std::int64_t> arten;
+    for (const auto& [art, anzahl] : hauptpersonen)
+        if (anzahl != 1)
+            arten.push_back(art);
+    return arten;
+}
+
+std::string liste(const std::vector<std::int64_t>& zahlen) {
+    std::string s;
+    for (std::int64_t z : zahlen)
+        s += (s.empty() ? "" : ", ") + std::to_string(z);
+    return s;
+}
+
+bool person_markiert(RecordId person) {
+    rs_Daten->Seek("=", Value(person));
+    return !rs_Daten->NoMatch() && rs_Daten->get("markierung").toBool();
+}
+
+// The event of a couple counts when its first and its last link as a main person (exactly
+// "d", in the order of the links) name two persons who are both selected. Returns whether
+// it is to be marked; sets `partner_fehlt` where a partner isn't selected. An event with
+// fewer than two such links is left out in silence.
+bool paar_ereignis_nehmen(RecordId ereignis, bool& partner_fehlt) {
+    RecordId erster, zweiter;
+    bool erster_gelesen = false;
+    auto links = DB->OpenRecordset("Select * FROM Ereignis_DS WHERE Ziel = " +
+                                   ereignis.sqlLiteral() + " ;");
+    for (; !links->Eof(); links->MoveNext()) {
+        if (links->get("Ursprung").text() != "d")
+            continue;
+        (erster_gelesen ? zweiter : erster) = links->get("Quelle").toRecordId();
+        erster_gelesen = true;
+    }
+    if (erster.isZero() || zweiter.isZero())
+        return false;
+    if (person_markiert(erster) && person_markiert(zweiter))
+        return true;
+    partner_fehlt = true;
+    return false;
+}
+
+// Pass 1: what the marked persons bring: their events (a couple's event only with both
+// partners), their places, their image, their general links and their addresses.
+void personen_durchgang(bool& partner_fehlt) {
+    AuswahlForm& form = Auswahl();
+    const std::string personen = counter_der_markierten("Daten");
+    Control& balken = form.Personen_fortschritt();
+    const std::int64_t anzahl =
+        DB->OpenRecordset("SELECT count(*) FROM Daten WHERE Markierung = True")->get(0).toInt();
+    balken.set("Value", Value(0));
+    balken.set("Max", Value(static_cast<long long>(anzahl)));
+    constexpr int Schritte = 8;
+    int schritt = 0;
+    auto weiter = [&] {
+        balken.set("Value", Value(static_cast<long long>(anzahl * ++schritt / Schritte)));
+        platform().repaint(form, &balken);
+        platform().doEvents();
+    };
+
+    const std::string ereignisse_der_personen =
+        "SELECT Ziel FROM Ereignis_DS WHERE Quelle IN (" + personen + ")";
+    const std::vector<std::int64_t> paar_arten = arten_mehrerer_personen();
+    markieren(Ereignisse, ereignisse_der_personen,
+              paar_arten.empty() ? "" : "(Art IS NULL OR Art NOT IN (" + liste(paar_arten) + "))");
+    weiter();
+    if (!paar_arten.empty()) {
+        std::vector<RecordId> paare;
+        auto kandidaten =
+            DB->OpenRecordset("SELECT Counter FROM Ereignis WHERE Art IN (" + liste(paar_arten) +
+                              ") AND Counter IN (" + ereignisse_der_personen + ") ;");
+        for (; !kandidaten->Eof(); kandidaten->MoveNext())
+            paare.push_back(kandidaten->get(0).toRecordId());
+        kandidaten->Close();
+        std::vector<RecordId> nehmen;
+        for (RecordId e : paare)
+            if (paar_ereignis_nehmen(e, partner_fehlt))
+                nehmen.push_back(e);
+        for (RecordId e : nehmen) {
+            rs_Ereignis->Seek("=", Value(e));
+            rs_Ereignis->Edit();
+            rs_Ereignis->set("markierung", Value(true));
+            rs_Ereignis->Update();
+            form.hat_ereignisse = true;
+        }
+    }
+    weiter();
+    for (const char* feld : {"Ort", "GOrt", "SOrt"}) {
+        markieren(Orte, feld_der_markierten(feld, "Daten"));
+        weiter();
+    }
+    markieren(Bilder, feld_der_markierten("Bild", "Daten"));
+    weiter();
+    quellen_ziele_markieren(personen, 'D');
+    weiter();
+    adressen_markieren(personen, 'D');
+    weiter();
+}
+
+// Passes 2 to 9. Each works on the records of its table that are marked when it begins;
+// what it marks in that same table itself isn't visited.
+void weitere_durchgaenge() {
+    // 2: events.
+    markieren(Orte, feld_der_markierten("Ort", "Ereignis"));
+    quellen_ziele_markieren(counter_der_markierten("Ereignis"), 'E');
+    // 3: documents.
+    markieren(Orte, feld_der_markierten("Ort", "Dokument"));
+    adressen_markieren(counter_der_markierten("Dokument"), 'U');
+    quellen_ziele_markieren(counter_der_markierten("Dokument"), 'U');
+    platform().doEvents();
+    // 4: notes.
+    adressen_markieren(counter_der_markierten("Notiz"), 'R');
+    // 5: addresses.
+    markieren(Orte, feld_der_markierten("Ort", "Adressen"));
+    quellen_ziele_markieren(counter_der_markierten("Adressen"), 'A');
+    // 6: images.
+    markieren(Orte, feld_der_markierten("Ort", "Bilder"));
+    quellen_ziele_markieren(counter_der_markierten("Bilder"), 'B');
+    // 7: places to their images.
+    markieren(Bilder, feld_der_markierten("Bild", "Ort"));
+    // 8: documents to their notes.
+    markieren(Notizen, feld_der_markierten("Notiz", "Dokument"));
+    // 9: places to their addresses.
+    adressen_markieren(counter_der_markierten("Ort"), 'O');
+}
+
+void abschliessen(bool partner_fehlt) {
+    AuswahlForm& form = Auswahl();
+    const std::pair<const char*, bool> knoepfe[] = {
+        {"Ereignisse", form.hat_ereignisse}, {"Orte", form.hat_orte},
+        {"Dokumente", form.hat_dokumente},   {"Notizen", form.hat_notizen},
+        {"Bilder", form.hat_bilder},         {"Adressen", form.hat_adressen}};
+    for (const auto& [key, an] : knoepfe) {
+        PropertyBag& knopf = form.knopf(1, key);
+        knopf.set("Enabled", Value(an));
+        knopf.set("Value", Value(0));
+    }
+    // The events are shown, whether there are any or not.
+    form.knopf(1, "Ereignisse").set("Value", Value(1));
+    if (form.grid2_aufbauen)
+        form.grid2_aufbauen("Ereignisse");
+    form.set("MousePointer", Value(MausNormal));
+    form.Datengrid(1).set("Visible", Value(true));
+    if (partner_fehlt)
+        meldung(sprachtext(form.gedrueckt(0, "Ehepartner") ? "1661" : "1660"), 23);
+}
+
+} // namespace
+
+void quellen_markieren(RecordId datensatz, const std::string& Datensatz_art) {
+    if (Datensatz_art.size() == 1)
+        quellen_ziele_markieren(datensatz.sqlLiteral(), Datensatz_art[0]);
+}
+
+void verknuepfungen_markieren() {
+    AuswahlForm& form = Auswahl();
+    if (form.verknuepfungen_aktuell)
+        return;
+    form.set("MousePointer", Value(MausSanduhr));
+    form.Datengrid(1).set("Visible", Value(false));
+    platform().doEvents();
+    form.verknuepfungen_aktuell = true;
+
+    bool partner_fehlt = false;
+    try {
+        // One transaction: the passes write many records, and a failure leaves the marks
+        // as they were before.
+        dao::Transaction schreiben(*DB);
+        for (const char* sql : {"Update Ereignis Set Markierung = 0 WHERE Markierung <> 0  ;",
+                                "Update Dokument Set Markierung = 0 WHERE Markierung <> 0 ;",
+                                "Update Notiz Set Markierung = 0 WHERE Markierung <> 0 ;",
+                                "Update Bilder Set Markierung = 0 WHERE Markierung <> 0 ;",
+                                "Update Ort Set Markierung = 0 WHERE Markierung <> 0 ;",
+                                "Update Adressen Set Markierung = 0 WHERE Markierung <> 0 ;"})
+            DB->Execute(sql, dao::dbFailOnError);
+        form.hat_ereignisse = form.hat_orte = form.hat_notizen = form.hat_dokumente =
+            form.hat_bilder = form.hat_adressen = false;
+        for (dao::Recordset* rs :
+             {rs_Ereignis.get(), rs_Dokument.get(), rs_Notiz.get(), rs_Bilder.get(), rs_Ort.get(),
+              rs_Adressen.get(), rs_Daten.get()})
+            rs->Index("Counter");
+
+        personen_durchgang(partner_fehlt);
+        weitere_durchgaenge();
+        schreiben.commit();
+    } catch (...) {
+        // The closure hasn't run: the next entry of the page starts it again.
+        form.verknuepfungen_aktuell = false;
+        form.set("MousePointer", Value(MausNormal));
+        form.Datengrid(1).set("Visible", Value(true));
+        throw;
+    }
+    abschliessen(partner_fehlt);
+}
+
+} // namespace folio
