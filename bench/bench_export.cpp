@@ -3,18 +3,14 @@
 //
 //   bench_export [persons...]      (default 10000 100000)
 
-#include "database/tabellen.h"
-#include "frame/globals.h"
-#include "frame/sprache.h"
+#include "baeume.h"
 #include "gedcom/datum.h"
 #include "gedcom/export.h"
-#include "generate_tree.h"
 #include "wizard/auswahl.h"
 
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -23,21 +19,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-long peakKilobytes() {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line))
-        if (line.rfind("VmHWM:", 0) == 0)
-            return std::stol(line.substr(6));
-    return 0;
-}
-
-double run(long long persons, const fs::path& work) {
-    const std::string tree = (work / ("bench_" + std::to_string(persons) + ".SF6")).string();
-    if (!fs::exists(tree)) {
-        std::printf("generating %lld persons ...\n", persons);
-        generator::generateTree({persons, 42, Datenpfad + "/Ereignis.mdb"}, tree);
-    }
+double run(long long persons) {
+    const std::string tree = bench::baum(persons);
+    const fs::path work = bench::arbeitsordner();
     DB = dao::OpenDatabase(tree);
     for (const char* table :
          {"Daten", "Ereignis", "Ort", "Notiz", "Dokument", "Adressen", "Bilder"})
@@ -55,7 +39,7 @@ double run(long long persons, const fs::path& work) {
     const auto size = fs::file_size(work / ("bench_" + std::to_string(persons) + ".GED"));
     std::printf("%9lld persons: export %s in %8.2f s, %7.1f MB written, peak memory %7.1f MB\n",
                 persons, ergebnis == ExportErgebnis::Fertig ? "done" : "FAILED", seconds,
-                size / 1e6, peakKilobytes() / 1024.0);
+                size / 1e6, bench::spitzenspeicher_kb() / 1024.0);
     alle_schliessen(tree);
     return seconds;
 }
@@ -68,15 +52,11 @@ int main(int argc, char** argv) {
         sizes.push_back(std::stoll(argv[i]));
     if (sizes.empty())
         sizes = {10000, 100000};
-    const fs::path work = fs::temp_directory_path() / "folio-bench";
-    fs::create_directories(work);
-    Datenpfad = FOLIO_STAGE_DIR "/Daten";
-    Programmpfad = FOLIO_STAGE_DIR "/Stammfolio/Folioexport";
     try {
-        sprache_oeffnen(Datenpfad + "/language.mdb");
+        bench::stage_verwenden();
         gedcom_zusaetze_laden(Auswahl());
         for (long long n : sizes)
-            run(n, work);
+            run(n);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "bench_export: %s\n", e.what());
         return 1;

@@ -8,29 +8,49 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace folio {
 
 namespace {
 
-// A table that the closure marks, with the flag that tells whether it marked anything
-// there, and the letter by which the general links name its records.
+// A table that the closure marks, with its long-lived cursor, the flag that tells whether
+// it marked anything there, and the letter by which the general links name its records.
 struct Tabelle {
     const char* name;
+    std::unique_ptr<dao::Recordset>* cursor;
     bool AuswahlForm::*flag;
     char buchstabe;
 };
 
-constexpr Tabelle Ereignisse{"Ereignis", &AuswahlForm::hat_ereignisse, 'E'};
-constexpr Tabelle Notizen{"Notiz", &AuswahlForm::hat_notizen, 'R'};
-constexpr Tabelle Orte{"Ort", &AuswahlForm::hat_orte, 'O'};
-constexpr Tabelle Dokumente{"Dokument", &AuswahlForm::hat_dokumente, 'U'};
-constexpr Tabelle Adressen{"Adressen", &AuswahlForm::hat_adressen, 'A'};
-constexpr Tabelle Bilder{"Bilder", &AuswahlForm::hat_bilder, 'B'};
+const Tabelle Ereignisse{"Ereignis", &rs_Ereignis, &AuswahlForm::hat_ereignisse, 'E'};
+const Tabelle Notizen{"Notiz", &rs_Notiz, &AuswahlForm::hat_notizen, 'R'};
+const Tabelle Orte{"Ort", &rs_Ort, &AuswahlForm::hat_orte, 'O'};
+const Tabelle Dokumente{"Dokument", &rs_Dokument, &AuswahlForm::hat_dokumente, 'U'};
+const Tabelle Adressen{"Adressen", &rs_Adressen, &AuswahlForm::hat_adressen, 'A'};
+const Tabelle Bilder{"Bilder", &rs_Bilder, &AuswahlForm::hat_bilder, 'B'};
 
 // The targets of the general links, in the order of their letters' table.
-constexpr Tabelle QuellenZiele[] = {Ereignisse, Notizen, Orte, Dokumente, Adressen, Bilder};
+const Tabelle* const QuellenZiele[] = {&Ereignisse, &Notizen,  &Orte,
+                                       &Dokumente,  &Adressen, &Bilder};
+
+// Marks one record: seeks its number on the index Counter; where it exists, it gets the
+// mark and the table its flag. A record marked already stays as it is.
+void datensatz_markieren(const Tabelle& t, RecordId nummer) {
+    dao::Recordset& rs = **t.cursor;
+    rs.Seek("=", Value(nummer));
+    if (rs.NoMatch())
+        return;
+    Auswahl().*t.flag = true;
+    if (rs.get("markierung").toBool())
+        return;
+    rs.Edit();
+    rs.set("markierung", Value(true));
+    rs.Update();
+}
 
 // Marks the records of a table whose Counter is one of the numbers that `nummern` (a
 // SELECT of one column) gives and that meet `bedingung`, and sets the table's flag where
@@ -58,20 +78,23 @@ std::string counter_der_markierten(const char* tabelle) {
 
 // The general links of the records that `quellen` gives (a SELECT of their Counter, or
 // one number), whose table has the letter `art`: each target is marked in the table of its
-// exact letter; other letters are passed over. The target table of the records' own
-// letter comes last, so that every statement before it sees those records as they were.
+// exact letter; other letters are passed over. The links are read before anything is
+// marked, so the records' own table may be among the targets.
 void quellen_ziele_markieren(const std::string& quellen, char art) {
-    const std::string von = std::string("SELECT Ziel FROM Quellen_DS WHERE Art_Quelle = '") +
-                            art + "' AND Quelle IN (" + quellen + ") AND Art_Ziel = '";
-    const Tabelle* eigene = nullptr;
-    for (const Tabelle& t : QuellenZiele) {
-        if (t.buchstabe == art)
-            eigene = &t;
-        else
-            markieren(t, von + t.buchstabe + "' COLLATE BINARY");
+    std::vector<std::unordered_set<RecordId>> ziele(std::size(QuellenZiele));
+    auto links = DB->OpenRecordset(std::string("SELECT Art_Ziel, Ziel FROM Quellen_DS WHERE "
+                                               "Art_Quelle = '") +
+                                   art + "' AND Quelle IN (" + quellen + ") ;");
+    for (; !links->Eof(); links->MoveNext()) {
+        const std::string buchstabe = links->get(0).text();
+        for (std::size_t i = 0; i < ziele.size(); ++i)
+            if (buchstabe.size() == 1 && buchstabe[0] == QuellenZiele[i]->buchstabe)
+                ziele[i].insert(links->get(1).toRecordId());
     }
-    if (eigene)
-        markieren(*eigene, von + art + "' COLLATE BINARY");
+    links->Close();
+    for (std::size_t i = 0; i < ziele.size(); ++i)
+        for (RecordId ziel : ziele[i])
+            datensatz_markieren(*QuellenZiele[i], ziel);
 }
 
 // The addresses of the records that `quellen` gives, whose table has the letter `art` in
@@ -104,32 +127,51 @@ std::string liste(const std::vector<std::int64_t>& zahlen) {
     return s;
 }
 
-bool person_markiert(RecordId person) {
-    rs_Daten->Seek("=", Value(person));
-    return !rs_Daten->NoMatch() && rs_Daten->get("markierung").toBool();
-}
-
-// The event of a couple counts when its first and its last link as a main person (exactly
-// "d", in the order of the links) name two persons who are both selected. Returns whether
-// it is to be marked; sets `partner_fehlt` where a partner isn't selected. An event with
-// fewer than two such links is left out in silence.
-bool paar_ereignis_nehmen(RecordId ereignis, bool& partner_fehlt) {
-    RecordId erster, zweiter;
-    bool erster_gelesen = false;
-    auto links = DB->OpenRecordset("Select * FROM Ereignis_DS WHERE Ziel = " +
-                                   ereignis.sqlLiteral() + " ;");
+// The couples' events among `ereignisse` that are to be marked: those whose first and last
+// link as a main person (exactly "d", in the order of the table) name two persons who are
+// both selected; a person missing from Daten counts as not selected. Where a partner isn't
+// selected, `partner_fehlt` is set; an event with fewer than two such links is left out in
+// silence. The links and the selected persons are read once for all the events.
+std::vector<RecordId> paare_waehlen(const std::vector<RecordId>& ereignisse, bool& partner_fehlt) {
+    struct Partner {
+        RecordId erster, zweiter;
+        bool erster_gelesen = false;
+    };
+    std::unordered_map<RecordId, Partner> partner;
+    partner.reserve(ereignisse.size());
+    for (RecordId e : ereignisse)
+        partner.emplace(e, Partner{});
+    auto links =
+        DB->OpenRecordset("SELECT Ziel, Quelle, Ursprung FROM Ereignis_DS WHERE Ursprung = 'd' ;");
     for (; !links->Eof(); links->MoveNext()) {
-        if (links->get("Ursprung").text() != "d")
+        if (links->get(2).text() != "d")
             continue;
-        (erster_gelesen ? zweiter : erster) = links->get("Quelle").toRecordId();
-        erster_gelesen = true;
+        auto it = partner.find(links->get(0).toRecordId());
+        if (it == partner.end())
+            continue;
+        Partner& p = it->second;
+        (p.erster_gelesen ? p.zweiter : p.erster) = links->get(1).toRecordId();
+        p.erster_gelesen = true;
     }
-    if (erster.isZero() || zweiter.isZero())
-        return false;
-    if (person_markiert(erster) && person_markiert(zweiter))
-        return true;
-    partner_fehlt = true;
-    return false;
+    links->Close();
+
+    std::unordered_set<RecordId> gewaehlt;
+    auto personen = DB->OpenRecordset("SELECT Counter FROM Daten WHERE Markierung = True ;");
+    for (; !personen->Eof(); personen->MoveNext())
+        gewaehlt.insert(personen->get(0).toRecordId());
+    personen->Close();
+
+    std::vector<RecordId> nehmen;
+    for (RecordId e : ereignisse) {
+        const Partner& p = partner[e];
+        if (p.erster.isZero() || p.zweiter.isZero())
+            continue;
+        if (gewaehlt.count(p.erster) && gewaehlt.count(p.zweiter))
+            nehmen.push_back(e);
+        else
+            partner_fehlt = true;
+    }
+    return nehmen;
 }
 
 // Pass 1: what the marked persons bring: their events (a couple's event only with both
@@ -164,17 +206,8 @@ void personen_durchgang(bool& partner_fehlt) {
         for (; !kandidaten->Eof(); kandidaten->MoveNext())
             paare.push_back(kandidaten->get(0).toRecordId());
         kandidaten->Close();
-        std::vector<RecordId> nehmen;
-        for (RecordId e : paare)
-            if (paar_ereignis_nehmen(e, partner_fehlt))
-                nehmen.push_back(e);
-        for (RecordId e : nehmen) {
-            rs_Ereignis->Seek("=", Value(e));
-            rs_Ereignis->Edit();
-            rs_Ereignis->set("markierung", Value(true));
-            rs_Ereignis->Update();
-            form.hat_ereignisse = true;
-        }
+        for (RecordId e : paare_waehlen(paare, partner_fehlt))
+            datensatz_markieren(Ereignisse, e);
     }
     weiter();
     for (const char* feld : {"Ort", "GOrt", "SOrt"}) {
@@ -269,7 +302,7 @@ void verknuepfungen_markieren() {
             form.hat_bilder = form.hat_adressen = false;
         for (dao::Recordset* rs :
              {rs_Ereignis.get(), rs_Dokument.get(), rs_Notiz.get(), rs_Bilder.get(), rs_Ort.get(),
-              rs_Adressen.get(), rs_Daten.get()})
+              rs_Adressen.get()})
             rs->Index("Counter");
 
         personen_durchgang(partner_fehlt);

@@ -1,6 +1,9 @@
 // The staged program finds its folders, its ini files and its language texts from where it
-// lies, and the language of programm.ini decides the language of its texts.
+// lies, and the language of programm.ini decides the language of its texts. Its command
+// "export" takes a family tree to a GEDCOM file and leaves the tree's marks as they were.
 
+#include "database/engine.h"
+#include "database/recordset.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +13,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <regex>
+#include <set>
 
 namespace fs = std::filesystem;
 
@@ -67,4 +72,118 @@ TEST_F(Staged, ADataFolderWithoutLanguageTextsIsNamed) {
     Result r = run(cli + " --version");
     EXPECT_NE(r.status, 0);
     EXPECT_NE(r.output.find(dir.file("Daten")), std::string::npos) << r.output;
+}
+
+namespace {
+
+// The marks of the seven marked tables of a family tree, record by record.
+std::string marks(const std::string& tree) {
+    auto db = folio::dao::OpenDatabase(tree, false, true);
+    std::string all;
+    for (const char* table :
+         {"Daten", "Ereignis", "Dokument", "Notiz", "Bilder", "Ort", "Adressen"}) {
+        auto rs = db->OpenRecordset(std::string("SELECT Counter, Markierung, Marker FROM ") +
+                                    table + " ORDER BY Counter");
+        for (; !rs->Eof(); rs->MoveNext())
+            all += std::string(table) + rs->get(0).text() + ":" + rs->get(1).text() + "/" +
+                   rs->get(2).text() + " ";
+    }
+    return all;
+}
+
+// The persons of a GEDCOM file, by their numbers.
+std::set<int> persons(const std::string& ged) {
+    std::set<int> numbers;
+    static const std::regex indi("\r\n0 @I(\\d+)@ INDI");
+    for (std::sregex_iterator it(ged.begin(), ged.end(), indi), end; it != end; ++it)
+        numbers.insert(std::stoi((*it)[1]));
+    return numbers;
+}
+
+struct Export : Staged {
+    std::string tree, target;
+    void SetUp() override {
+        Staged::SetUp();
+        tree = dir.file("Daten/Beispiel.SF6");
+        target = dir.file("out/Familie Hollerbach.ged");
+        fs::create_directories(dir.file("out"));
+    }
+    Result exportieren(const std::string& options) {
+        return run(cli + " export '" + tree + "' -o '" + target + "' " + options);
+    }
+};
+
+} // namespace
+
+TEST_F(Export, WritesTheMarkedPersonsAtThePathGivenAndLeavesTheMarksAsTheyWere) {
+    const std::string before = marks(tree);
+    Result r = exportieren("");
+    ASSERT_EQ(r.status, 0) << r.output;
+    // The file lies exactly where it was asked for, complete, and nothing else beside it.
+    const std::string ged = folio::test::readFile(target);
+    EXPECT_EQ(ged.rfind("0 HEAD\r\n1 CHAR UTF-8\r\n", 0), 0u);
+    EXPECT_NE(ged.find("1 FILE Beispiel.SF6\r\n"), std::string::npos);
+    EXPECT_NE(ged.find("0 TRLR\r\n"), std::string::npos);
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.file("out")), fs::directory_iterator()), 1);
+    // The branch marked in the sample, and the summary of what was chosen.
+    EXPECT_EQ(persons(ged), (std::set<int>{22, 23, 34, 35, 36, 37, 50, 51, 52, 54, 55, 56, 57,
+                                           58, 59}));
+    EXPECT_TRUE(std::regex_search(r.output, std::regex("  15 +Personen\\n"))) << r.output;
+    EXPECT_NE(r.output.find("Verfasser"), std::string::npos);
+    EXPECT_NE(r.output.find(target), std::string::npos);
+    // The couple's events of the branch with partners outside it were left out, and said so.
+    EXPECT_NE(r.output.find("Ehepartner"), std::string::npos);
+    EXPECT_EQ(marks(tree), before);
+
+    // An existing target is kept unless replacing it is asked for.
+    std::ofstream(target) << "old";
+    r = exportieren("--all");
+    EXPECT_EQ(r.status, 7) << r.output;
+    EXPECT_EQ(folio::test::readFile(target), "old");
+    r = exportieren("--all --overwrite --charset ansi --privacy none --strict-55 --note 'Für Anna'");
+    ASSERT_EQ(r.status, 0) << r.output;
+    const std::string alle = folio::test::readFile(target);
+    EXPECT_EQ(persons(alle).size(), 53u);
+    EXPECT_NE(alle.find("1 CHAR Ansi\r\n"), std::string::npos);
+    EXPECT_NE(alle.find("1 NOTE F\xfcr Anna\r\n"), std::string::npos);
+    EXPECT_EQ(marks(tree), before);
+}
+
+TEST_F(Export, TicksAPersonWithItsRelativesAsTheSwitchesSay) {
+    Result r = exportieren("--person 22 --ancestors --spouses");
+    ASSERT_EQ(r.status, 0) << r.output;
+    EXPECT_EQ(persons(folio::test::readFile(target)),
+              (std::set<int>{1, 2, 5, 6, 15, 16, 22, 23}));
+
+    // Descendants without the living; a living person ticked alone is refused, and then
+    // nobody is left to export.
+    r = exportieren("--overwrite --person 35 --descendants --exclude-living");
+    ASSERT_EQ(r.status, 0) << r.output;
+    EXPECT_EQ(persons(folio::test::readFile(target)), (std::set<int>{35, 50}));
+    r = exportieren("--overwrite --person 54 --exclude-living");
+    EXPECT_EQ(r.status, 6) << r.output;
+    EXPECT_NE(r.output.find("54"), std::string::npos);
+}
+
+TEST_F(Export, EachFailureHasItsStatusAndAMessageInTheUsersLanguage) {
+    const std::string before = marks(tree);
+    EXPECT_EQ(run(cli + " export '" + dir.file("keine.SF6") + "' -o x.ged").status, 4);
+    std::ofstream(dir.file("text.SF6")) << "no database";
+    Result r = run(cli + " export '" + dir.file("text.SF6") + "' -o '" + target + "'");
+    EXPECT_EQ(r.status, 5);
+    EXPECT_NE(r.output.find("Stammbaum-Datenbank"), std::string::npos) << r.output;
+    EXPECT_EQ(run(cli + " export '" + tree + "' -o '" + dir.file("fehlt/x.ged") + "'").status, 8);
+    EXPECT_EQ(run(cli + " export '" + tree + "' -o '" + tree + "' --overwrite").status, 8);
+    EXPECT_EQ(exportieren("--person 4711").status, 9);
+    EXPECT_EQ(exportieren("--ancestors").status, 2);
+    EXPECT_EQ(exportieren("--privacy 5").status, 2);
+    EXPECT_FALSE(fs::exists(target));
+    EXPECT_EQ(marks(tree), before);
+
+    std::ofstream(dir.file("Daten/programm.ini")) << "[Ansicht]\nSprache=English\n";
+    r = run(cli + " export '" + dir.file("keine.SF6") + "' -o x.ged");
+    EXPECT_NE(r.output.find("This database doesn't exist"), std::string::npos) << r.output;
+    r = run(cli + " --help");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.output.find("--exclude-living"), std::string::npos);
 }

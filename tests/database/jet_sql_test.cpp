@@ -27,6 +27,9 @@ TEST(JetSql, TranslatesTheDialectOutsideStringLiterals) {
               "SELECT \"Index\", Mainindex FROM Ereignisdb WHERE Mainindex > -1");
     EXPECT_EQ(translate("CREATE INDEX x ON t (a)"), "CREATE INDEX x ON t (a)");
     EXPECT_EQ(translate("SELECT a & 'x' FROM t"), "SELECT a || 'x' FROM t");
+    // A number that runs into a word is two tokens.
+    EXPECT_EQ(translate("SELECT * FROM t WHERE ( Quelle = 5OR ZIEL =  5) ;"),
+              "SELECT * FROM t WHERE ( Quelle = 5 OR ZIEL =  5) ;");
     EXPECT_EQ(translate("SELECT [Daten].[Counter] FROM [Daten]"),
               "SELECT [Daten].[Counter] FROM [Daten]");
 }

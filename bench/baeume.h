@@ -1,0 +1,50 @@
+// What the benchmarks on generated trees share: the staged data folder, a generated tree
+// of a size (made once, kept in the temp folder between runs), and the peak memory.
+#pragma once
+
+#include "database/tabellen.h"
+#include "frame/globals.h"
+#include "frame/sprache.h"
+#include "generate_tree.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace folio::bench {
+
+inline std::filesystem::path arbeitsordner() {
+    const auto work = std::filesystem::temp_directory_path() / "folio-bench";
+    std::filesystem::create_directories(work);
+    return work;
+}
+
+// Points the program at the staged folders and opens the language texts.
+inline void stage_verwenden() {
+    Datenpfad = FOLIO_STAGE_DIR "/Daten";
+    Programmpfad = FOLIO_STAGE_DIR "/Stammfolio/Folioexport";
+    sprache_oeffnen(Datenpfad + "/language.mdb");
+}
+
+// The generated tree of that many persons, made where it doesn't exist yet.
+inline std::string baum(long long persons) {
+    const std::string tree =
+        (arbeitsordner() / ("bench_" + std::to_string(persons) + ".SF6")).string();
+    if (!std::filesystem::exists(tree)) {
+        std::printf("generating %lld persons ...\n", persons);
+        generator::generateTree({persons, 42, Datenpfad + "/Ereignis.mdb"}, tree);
+    }
+    return tree;
+}
+
+inline long spitzenspeicher_kb() {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind("VmHWM:", 0) == 0)
+            return std::stol(line.substr(6));
+    return 0;
+}
+
+} // namespace folio::bench
