@@ -1,6 +1,7 @@
 #include "export_befehl.h"
 
 #include "database/errors.h"
+#include "database/oeffnen.h"
 #include "database/tabellen.h"
 #include "database/text_util.h"
 #include "frame/fenster.h"
@@ -49,29 +50,39 @@ void fehler(const std::string& text, const std::string& was = "") {
     meldung(text + (was.empty() ? "" : "\n  " + was), StilFehler, Produktname);
 }
 
-// Opens the family tree and its cursors; a file that isn't one leaves nothing open.
-Ausgang datenbank_laden(const std::string& pfad) {
+// Opens the family tree through the program's one road to a database, which brings an
+// older file to the current version (an old extension on a copy beside it). `pfad` then
+// names the file that is open. A file that isn't one leaves nothing open.
+Ausgang datenbank_laden(std::string& pfad) {
     std::error_code ec;
-    if (!fs::exists(pfad, ec)) {
-        fehler(sprachtext("9802 Diese Datenbank gibt es nicht:"), pfad);
-        return DatenbankFehlt;
-    }
-    try {
-        if (fs::is_directory(pfad, ec))
-            throw Error(3044, "'" + pfad + "' is a folder");
-        DB = dao::OpenDatabase(pfad);
-        for (const char* tabelle : {"Daten", "Ereignis", "Version"})
-            if (!DB->hasTable(tabelle))
-                throw Error(3078, std::string("The table '") + tabelle + "' is missing");
-        tabellen_oeffnen();
-    } catch (const std::exception& e) {
-        alle_schliessen(pfad);
-        DB.reset();
+    const fs::path ganz = fs::absolute(pfad);
+    if (fs::is_directory(ganz, ec)) {
         fehler(sprachtext("9803 Diese Datei lässt sich nicht als Stammbaum-Datenbank öffnen:"),
-               pfad + "\n  " + e.what());
+               pfad);
         return KeineStammbaumDatenbank;
     }
-    aktuelle_datei = pfad;
+    // The opening would take the sample database in place of a write-protected file.
+    if (schreibgeschuetzt(ganz.string())) {
+        meldung(schreibschutz_meldung(ganz.string(), false, false), StilFehler,
+                EigenerProduktname);
+        return DatenbankSchreibgeschuetzt;
+    }
+    std::string ordner = ganz.parent_path().string(), datei = ganz.filename().string();
+    // While a database opens, Programmpfad stands for the host's folder, where the template
+    // lies.
+    const std::string programmpfad = Programmpfad;
+    Programmpfad = Stammpfad;
+    Geoeffnet ergebnis;
+    try {
+        ergebnis = datenbank_oeffnen(ordner, datei, false, false);
+    } catch (...) {
+        Programmpfad = programmpfad;
+        throw;
+    }
+    Programmpfad = programmpfad;
+    if (ergebnis != Geoeffnet::Ja)
+        return KeineStammbaumDatenbank;
+    pfad = pfad_verbinden(ordner, datei);
     return Fertig;
 }
 
@@ -312,11 +323,24 @@ Ausgang exportieren(const ExportOptionen& o) {
     AuswahlForm& form = Auswahl();
     formular_uebersetzen(form);
     form.set("MousePointer", Value(MausNormal));
-    if (const Ausgang a = datenbank_laden(o.datenbank); a != Fertig)
-        return a;
+    std::string datenbank_pfad = o.datenbank;
+    std::error_code ec;
+    if (!fs::exists(datenbank_pfad, ec)) {
+        fehler(sprachtext("9802 Diese Datenbank gibt es nicht:"), datenbank_pfad);
+        return DatenbankFehlt;
+    }
     if (const Ausgang a = ziel_pruefen(o); a != Fertig)
         return a;
-    const fs::path datenbank = fs::absolute(o.datenbank);
+    try {
+        if (const Ausgang a = datenbank_laden(datenbank_pfad); a != Fertig)
+            return a;
+    } catch (const std::exception& e) {
+        fehler(sprachtext("9803 Diese Datei lässt sich nicht als Stammbaum-Datenbank öffnen:"),
+               o.datenbank + "\n  " + e.what());
+        alle_schliessen(o.datenbank);
+        return KeineStammbaumDatenbank;
+    }
+    const fs::path datenbank = datenbank_pfad;
     form.Verzeichnis(0).set("Text", Value(datenbank.parent_path().string()));
     form.Datei(0).set("FileName", Value(datenbank.filename().string()));
 
@@ -353,7 +377,7 @@ Ausgang exportieren(const ExportOptionen& o) {
             return ExportFehlgeschlagen;
         }
     }();
-    alle_schliessen(o.datenbank);
+    alle_schliessen(datenbank_pfad);
     return ausgang;
 }
 

@@ -22,6 +22,7 @@ enum Ausgang {
     ZielVorhanden = 7,
     ZielNichtBeschreibbar = 8,
     PersonUnbekannt = 9,
+    DatenbankSchreibgeschuetzt = 10,
 };
 
 enum class Auswahlart { Markierte, Alle, Personen };

@@ -1,0 +1,74 @@
+// The file's own table of event types takes its rows from the catalogue when the file
+// first needs them; a type comes with the chain of types (mainindex) on which it depends.
+#include "database/errors.h"
+#include "database/tabellen.h"
+#include "database/upgrade/abschnitt1.h"
+#include "database/upgrade/kette.h"
+
+namespace folio {
+
+namespace {
+
+bool im_katalog(long long index) {
+    rs_Deutsch->FindFirst("Index = " + std::to_string(index));
+    return !rs_Deutsch->NoMatch();
+}
+
+bool in_der_datei(long long index) {
+    rs_Ereignisdb->Seek("=", Value(index));
+    return !rs_Ereignisdb->NoMatch();
+}
+
+// Copies the current row of the catalogue; its order and its cause-as-tag stay behind.
+void ereignisdb_zeile_kopieren() {
+    dao::Recordset& von = *rs_Deutsch;
+    dao::Recordset& nach = *rs_Ereignisdb;
+    nach.AddNew();
+    for (const char* feld : {"Index", "Art", "Text_vor", "Text_nach", "Level", "GedTAG",
+                             "Personenarten", "maxhauptpersonen", "Ereignisgrund", "txtzeichen",
+                             "mainindex", "OrtPos"})
+        nach.set(feld, von.get(feld));
+    nach.Update();
+}
+
+} // namespace
+
+void ereignisdb_uebernehmen(int index) {
+    rs_Ereignisdb->Index("Index");
+    if (in_der_datei(index) || !im_katalog(index))
+        return;
+    ereignisdb_zeile_kopieren();
+    // Up the chain of types; the catalogue holds no circle of them.
+    for (long long oben = rs_Deutsch->get("mainindex").toInt(); oben != -1;
+         oben = rs_Deutsch->get("mainindex").toInt()) {
+        if (!im_katalog(oben))
+            return;
+        if (!in_der_datei(oben))
+            ereignisdb_zeile_kopieren();
+    }
+}
+
+namespace upgrade {
+
+void causastag_uebernehmen() {
+    dao::Recordset& typen = *rs_Ereignisdb;
+    try {
+        typen.MoveFirst();
+    } catch (const Error&) {
+        return; // an empty table
+    }
+    for (; !typen.Eof(); typen.MoveNext()) {
+        if (!im_katalog(typen.get("Index").toInt()))
+            continue;
+        const Value wert = rs_Deutsch->get("CAUSasTAG");
+        if (typen.get("CAUSasTAG").toBool() != wert.toBool()) {
+            typen.Edit();
+            typen.set("CAUSasTAG", wert);
+            typen.Update();
+        }
+    }
+}
+
+} // namespace upgrade
+
+} // namespace folio
