@@ -234,7 +234,7 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
         const std::string& a = argumente[i];
         auto wert = [&](std::string& ziel) {
             if (i + 1 >= argumente.size()) {
-                fehler = a + " needs a value";
+                fehler = sprachtext("9812 Diese Option braucht einen Wert:") + " " + a;
                 return false;
             }
             ziel = argumente[++i];
@@ -253,7 +253,7 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
                 return std::nullopt;
             const std::optional<RecordId> nummer = RecordId::parse(w);
             if (!nummer || nummer->isZero()) {
-                fehler = "--person takes the number of a person, not '" + w + "'";
+                fehler = sprachtext("9819 Ungültiger Wert:") + " --person " + w;
                 return std::nullopt;
             }
             o.personen.push_back(*nummer);
@@ -270,7 +270,7 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
                 return std::nullopt;
             const std::string z = lowerAscii(w);
             if (z != "utf-8" && z != "utf8" && z != "ansi") {
-                fehler = "--charset is utf-8 or ansi, not '" + w + "'";
+                fehler = sprachtext("9819 Ungültiger Wert:") + " --charset " + w;
                 return std::nullopt;
             }
             o.ansi = z == "ansi";
@@ -278,8 +278,7 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
             if (!wert(w))
                 return std::nullopt;
             if (!datenschutz_lesen(lowerAscii(w), o.datenschutz)) {
-                fehler = "--privacy takes numbers from 0 to 3 divided by commas, or all, or "
-                         "none, not '" + w + "'";
+                fehler = sprachtext("9819 Ungültiger Wert:") + " --privacy " + w;
                 return std::nullopt;
             }
         } else if (a == "--strict-55") {
@@ -293,25 +292,25 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
         } else if (a == "--overwrite") {
             o.ueberschreiben = true;
         } else if (!a.empty() && a[0] == '-') {
-            fehler = "unknown option " + a;
+            fehler = sprachtext("9813 Unbekannte Option:") + " " + a;
             return std::nullopt;
         } else if (o.datenbank.empty()) {
             o.datenbank = a;
         } else {
-            fehler = "one database only; '" + a + "' is one too many";
+            fehler = sprachtext("9814 Nur eine Datenbank, diese ist zu viel:") + " " + a;
             return std::nullopt;
         }
     }
     if (o.datenbank.empty() || o.ziel.empty()) {
-        fehler = o.datenbank.empty() ? "the database is missing" : "-o FILE is missing";
+        fehler = sprachtext(o.datenbank.empty() ? "9815" : "9816");
         return std::nullopt;
     }
     if (markiert + alle + !o.personen.empty() > 1) {
-        fehler = "--marked, --all and --person exclude each other";
+        fehler = sprachtext("9817 --marked, --all und --person schließen einander aus.");
         return std::nullopt;
     }
     if ((o.vorfahren || o.nachfahren || o.ehepartner) && o.personen.empty()) {
-        fehler = "--ancestors, --descendants and --spouses go with --person";
+        fehler = sprachtext("9818 --ancestors, --descendants und --spouses gehören zu --person.");
         return std::nullopt;
     }
     o.auswahl = alle ? Auswahlart::Alle

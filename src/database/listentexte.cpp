@@ -321,6 +321,10 @@ std::string ereignis_text(const ListentextQuellen& q, const std::string& art, Re
     int ortpos = 0, maxhauptpersonen = 1;
     fehler_ignorieren([&] {
         dao::Recordset* typen = nullptr;
+        // A file of the old schema has no table of event types yet: its list texts go
+        // without the words of the type.
+        if (!q.ereignisdb)
+            return;
         q.ereignisdb->Index("Index");
         q.ereignisdb->Seek("=", Value(typ));
         if (!q.ereignisdb->NoMatch()) {

@@ -332,34 +332,41 @@ void galerie(Lauf& lauf) {
 // Null fields get a value, and the year 4000 loses its meaning of an unknown date.
 void reinigen(Lauf& lauf) {
     lauf.schritt(44, [&] {
-        const std::pair<const char*, const char*> felder[] = {
-            {"Ereignis", "BTag = 0"},       {"Ereignis", "BMonat = 0"},
-            {"Ereignis", "BJahr = 0"},      {"Ereignis", "[Text] = ' '"},
-            {"Ereignis", "Kurztext = ' '"}, {"Ereignis", "ca = ' '"},
-            {"Ereignis", "BDatum = ''"},    {"Ereignis_DS", "ASSO = ''"},
-            {"Daten", "Religion = ''"},     {"Daten", "Familienname = ''"},
-            {"Daten", "Patronym = ''"},     {"Daten", "OnlineDate = 0"},
-            {"Daten", "Marker = 0"},        {"Daten", "ca1 = ' '"},
-            {"Daten", "ca2 = ' '"},         {"Notiz", "Name = ' '"},
-            {"Notiz", "erfasst = 0"},       {"Notiz", "geaendert = 0"},
-            {"Adressen", "Ort = 0"},        {"Quellen_DS", "Art_Ziel = 0"},
-        };
-        for (const auto& [tabelle, zuweisung] : felder) {
-            const std::string z = zuweisung;
-            const std::string feld = z.substr(0, z.find(' '));
-            lauf.ausfuehren(std::string("UPDATE ") + tabelle + " SET " + z + " WHERE " + feld +
-                            " IS NULL ;");
-        }
-        for (const char* sql :
-             {"UPDATE Ereignis SET vTag = 0 , VMonat=0 , VJahr=0 WHERE vJahr = 4000 ;",
-              "Update Daten Set gTag = 0, GMonat=0, gJahr=0 WHERE gJahr = 4000 ;",
-              "Update Daten Set sTag = 0, sMonat=0, sJahr=0 WHERE sJahr = 4000 ;",
-              "Update Daten Set ssort = '' WHERE sjahr = 0 ;"})
-            lauf.ausfuehren(sql);
+        const auto ausfuehren = [&](const std::string& sql) { lauf.ausfuehren(sql); };
+        nullfelder_fuellen(ausfuehren);
+        jahr_4000_loeschen(ausfuehren);
+        lauf.ausfuehren("Update Daten Set ssort = '' WHERE sjahr = 0 ;");
     });
 }
 
 } // namespace
+
+void nullfelder_fuellen(const std::function<void(const std::string&)>& ausfuehren) {
+    const std::pair<const char*, const char*> felder[] = {
+        {"Ereignis", "BTag = 0"},       {"Ereignis", "BMonat = 0"},
+        {"Ereignis", "BJahr = 0"},      {"Ereignis", "[Text] = ' '"},
+        {"Ereignis", "Kurztext = ' '"}, {"Ereignis", "ca = ' '"},
+        {"Ereignis", "BDatum = ''"},    {"Ereignis_DS", "ASSO = ''"},
+        {"Daten", "Religion = ''"},     {"Daten", "Familienname = ''"},
+        {"Daten", "Patronym = ''"},     {"Daten", "OnlineDate = 0"},
+        {"Daten", "Marker = 0"},        {"Daten", "ca1 = ' '"},
+        {"Daten", "ca2 = ' '"},         {"Notiz", "Name = ' '"},
+        {"Notiz", "erfasst = 0"},       {"Notiz", "geaendert = 0"},
+        {"Adressen", "Ort = 0"},        {"Quellen_DS", "Art_Ziel = 0"},
+    };
+    for (const auto& [tabelle, zuweisung] : felder) {
+        const std::string z = zuweisung;
+        ausfuehren(std::string("UPDATE ") + tabelle + " SET " + z + " WHERE " +
+                   z.substr(0, z.find(' ')) + " IS NULL ;");
+    }
+}
+
+void jahr_4000_loeschen(const std::function<void(const std::string&)>& ausfuehren) {
+    for (const char* sql : {"UPDATE Ereignis SET vTag = 0 , VMonat=0 , VJahr=0 WHERE vJahr = 4000 ;",
+                            "Update Daten Set gTag = 0, GMonat=0, gJahr=0 WHERE gJahr = 4000 ;",
+                            "Update Daten Set sTag = 0, sMonat=0, sJahr=0 WHERE sJahr = 4000 ;"})
+        ausfuehren(sql);
+}
 
 void abschnitt1(Lauf& lauf, bool ohne_komprimieren) {
     for (const Schritt& s : schritte_vor_migration()) {

@@ -93,19 +93,25 @@ void Lauf::hinweis() {
         return;
     // The first change of this run: the file as it was stays beside it, under a name that
     // tells its version and that the file list of the program doesn't show.
+    // A run that the migration starts anew on its result keeps the copy of the first.
+    static std::map<std::string, std::string> kopien; // by file, in this process
     if (sicherung_.empty()) {
-        const fs::path datei_pfad = fs::path(pfad_verbinden(pfad, datei));
-        const std::string alt = versionname();
-        const fs::path kopie = datei_pfad.parent_path() /
-                               (datei_pfad.stem().string() + " (" +
-                                (alt.empty() ? std::string("alt") : alt) + ").bak");
+        const fs::path datei_pfad = fs::absolute(pfad_verbinden(pfad, datei));
+        std::string& kopie = kopien[datei_pfad.string()];
         std::error_code ec;
-        if (!fs::exists(kopie, ec)) {
-            FileBeside neu(kopie);
-            fs::copy_file(datei_pfad, neu.path(), fs::copy_options::overwrite_existing);
-            neu.putInPlace();
+        if (kopie.empty() || !fs::exists(kopie, ec)) {
+            const std::string alt = versionname();
+            kopie = (datei_pfad.parent_path() /
+                     (datei_pfad.stem().string() + " (" +
+                      (alt.empty() ? std::string("alt") : alt) + ").bak"))
+                        .string();
+            if (!fs::exists(kopie, ec)) {
+                FileBeside neu(kopie);
+                fs::copy_file(datei_pfad, neu.path(), fs::copy_options::overwrite_existing);
+                neu.putInPlace();
+            }
         }
-        sicherung_ = kopie.string();
+        sicherung_ = kopie;
     }
     Form& fortschritt_form = Fortschrittfrm();
     fortschritt_form.set("MousePointer", Value(MausNormal));
