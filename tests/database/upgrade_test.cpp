@@ -5,8 +5,11 @@
 #include "frame/start.h"
 #include "support/upgrade_fixture.h"
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace folio;
 namespace fs = std::filesystem;
@@ -130,4 +133,26 @@ TEST_F(Abschnitte, AChainBrokenOffIsFinishedByTheNextOpening) {
     // The copy is still the file as it was before the first attempt.
     auto alt = dao::OpenDatabase(baeume + "/Familie (5.0.220).bak", false, true);
     EXPECT_FALSE(alt->tableDef("Daten").hasField("OCCU"));
+}
+
+TEST_F(Abschnitte, AProcessKilledInTheMiddleOfAStepLosesOnlyThatStep) {
+    version_5_0_220();
+    const pid_t kind = ::fork();
+    ASSERT_NE(kind, -1);
+    if (kind == 0) {
+        // The child is killed while the step of the picture sizes has written its work
+        // but not committed it.
+        upgrade::vor_abschluss() = [](int schritt) {
+            if (schritt == 61)
+                ::kill(::getpid(), SIGKILL);
+        };
+        oeffnen("Familie.SF6");
+        ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(kind, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGKILL);
+    ASSERT_EQ(oeffnen("Familie.SF6"), Geoeffnet::Ja);
+    pruefen();
 }
