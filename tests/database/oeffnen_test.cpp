@@ -33,6 +33,7 @@ TEST_F(Oeffnen, ACurrentFileGetsTheProgramsVersionAndTheUsersKeyWithoutANote) {
     EXPECT_EQ(datei, "Familie.SF6");
     EXPECT_EQ(aktuelle_datei, "Familie.SF6");
     EXPECT_EQ(version(), "6.0.102");
+    EXPECT_EQ(test::schema_unterschiede(*DB), std::vector<std::string>{});
     rs_Version->MoveFirst();
     EXPECT_EQ(rs_Version->get("GUID_Anwender").text(), "{00000000-1111-2222-3333-444444444444}");
     EXPECT_TRUE(scripted->shown.empty()) << messages();

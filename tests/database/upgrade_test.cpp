@@ -81,6 +81,7 @@ struct Abschnitte : test::UpgradeFixture {
         EXPECT_EQ(feld("Bilder", 1, "groesse"), "1234");
         EXPECT_EQ(feld("Bilder", 2, "groesse"), "0");
         EXPECT_EQ(version(), "6.0.102");
+        EXPECT_EQ(test::schema_unterschiede(*DB), std::vector<std::string>{});
     }
 };
 

@@ -7,7 +7,9 @@
 #include "database/engine.h"
 #include "database/oeffnen.h"
 #include "database/recordset.h"
+#include "database/schema/schema.h"
 #include "database/tabellen.h"
+#include "database/text_util.h"
 #include "frame/globals.h"
 #include "frame/platform.h"
 #include "frame/settings_store.h"
@@ -18,8 +20,67 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace folio::test {
+
+// Where a family tree differs from the current schema: tables, fields with their type, the
+// size of texts and the zero-length flag, and indexes with their fields and uniqueness.
+// The order of fields doesn't count, nor the case of names. Empty when the file is alike.
+inline std::vector<std::string> schema_unterschiede(dao::Database& db) {
+    std::vector<std::string> u;
+    std::vector<std::string> tabellen = db.TableNames();
+    for (const schema::Table& t : schema::mainTables()) {
+        std::erase_if(tabellen, [&](const std::string& n) { return equalsNoCase(n, t.name); });
+        if (!db.hasTable(t.name)) {
+            u.push_back("table " + std::string(t.name) + " missing");
+            continue;
+        }
+        dao::TableDef def = db.tableDef(t.name);
+        std::vector<dao::FieldDef> felder = def.Fields();
+        for (const schema::Field& f : t.fields) {
+            auto it = std::find_if(felder.begin(), felder.end(),
+                                   [&](const dao::FieldDef& d) { return equalsNoCase(d.Name, f.name); });
+            const std::string name = std::string(t.name) + "." + std::string(f.name);
+            if (it == felder.end()) {
+                u.push_back(name + " missing");
+                continue;
+            }
+            if (it->Type != f.type)
+                u.push_back(name + " has another type");
+            else if (f.type == FieldType::Text && it->Size != f.size)
+                u.push_back(name + " has the size " + std::to_string(it->Size));
+            if (isTextType(f.type) && it->AllowZeroLength != f.zeroLength)
+                u.push_back(name + (f.zeroLength ? " refuses" : " allows") + " the empty text");
+            felder.erase(it);
+        }
+        for (const dao::FieldDef& d : felder)
+            u.push_back(std::string(t.name) + "." + d.Name + " is too many");
+        std::vector<dao::IndexDef> indexe = def.Indexes();
+        for (const schema::Index& i : t.indexes) {
+            auto it = std::find_if(indexe.begin(), indexe.end(),
+                                   [&](const dao::IndexDef& d) { return equalsNoCase(d.Name, i.name); });
+            const std::string name = "index " + std::string(t.name) + "." + std::string(i.name);
+            if (it == indexe.end()) {
+                u.push_back(name + " missing");
+                continue;
+            }
+            std::vector<std::string> erwartet(i.fields.begin(), i.fields.end());
+            bool gleich = it->Fields.size() == erwartet.size() && it->Unique == i.unique;
+            for (std::size_t k = 0; gleich && k < erwartet.size(); ++k)
+                gleich = equalsNoCase(it->Fields[k], erwartet[k]);
+            if (!gleich)
+                u.push_back(name + " differs");
+            indexe.erase(it);
+        }
+        for (const dao::IndexDef& d : indexe)
+            u.push_back("index " + std::string(t.name) + "." + d.Name + " is too many");
+    }
+    for (const std::string& t : tabellen)
+        u.push_back("table " + t + " is too many");
+    return u;
+}
 
 struct UpgradeFixture : ::testing::Test {
     TempDir dir;
