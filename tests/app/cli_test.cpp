@@ -2,6 +2,7 @@
 // lies, and the language of programm.ini decides the language of its texts. Its command
 // "export" takes a family tree to a GEDCOM file and leaves the tree's marks as they were.
 
+#include "alte_dateien.h"
 #include "database/engine.h"
 #include "database/recordset.h"
 #include "support/temp_dir.h"
@@ -186,4 +187,18 @@ TEST_F(Export, EachFailureHasItsStatusAndAMessageInTheUsersLanguage) {
     r = run(cli + " --help");
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.output.find("--exclude-living"), std::string::npos);
+}
+
+TEST_F(Export, AFileOfTheOldestGenerationIsUpgradedAndExported) {
+    const std::string alt = dir.file("Alt.SF6");
+    folio::alt::beispieldatei(folio::schema::Generation::Urform, alt);
+    Result r = run(cli + " export '" + alt + "' --all -o '" + target + "'");
+    ASSERT_EQ(r.status, 0) << r.output;
+    EXPECT_EQ(persons(folio::test::readFile(target)), (std::set<int>{1, 2, 3, 4, 5, 6}));
+    // The conversion was told on the terminal, with the copy of the old file beside it.
+    EXPECT_NE(r.output.find(dir.file("Alt (alt).bak")), std::string::npos) << r.output;
+    EXPECT_TRUE(fs::exists(dir.file("Alt (alt).bak")));
+    auto db = folio::dao::OpenDatabase(alt, false, true);
+    EXPECT_EQ(db->OpenRecordset("SELECT Versionname FROM Version")->get(0).text(), "6.0.102");
+    EXPECT_FALSE(db->hasTable("Namen_DS"));
 }

@@ -3,7 +3,9 @@
 // of the migration and the later steps, a copy of the old file stays beside it, and a
 // second opening changes nothing.
 #include "alte_dateien.h"
+#include "database/errors.h"
 #include "database/schema/generations.h"
+#include "database/upgrade/kette.h"
 #include "frame/start.h"
 #include "support/upgrade_fixture.h"
 
@@ -159,3 +161,49 @@ TEST_P(Generationen, ReachTheCurrentSchemaWithNothingLost) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Alle, Generationen, ::testing::ValuesIn(schema::AllGenerations), name);
+
+namespace {
+using Migration = test::UpgradeFixture;
+}
+
+TEST_F(Migration, AFailedMigrationLeavesTheOldFileAndTheNextOpeningDoesItAll) {
+    alt::beispieldatei(Generation::V4, baeume + "/Alt.SF6");
+    upgrade::vor_abschluss() = [](int schritt) {
+        if (schritt == 27)
+            throw Error(3026, "Nicht genügend Speicherplatz auf der Festplatte.");
+    };
+    EXPECT_THROW(oeffnen("Alt.SF6"), Error);
+    upgrade::vor_abschluss() = nullptr;
+    alle_schliessen("");
+    DB.reset();
+    {
+        auto alt = dao::OpenDatabase(baeume + "/Alt.SF6", false, true);
+        EXPECT_TRUE(alt->hasTable("Namen_DS"));
+        EXPECT_TRUE(alt->hasTable("Referenz"));
+        EXPECT_EQ(alt->OpenRecordset("SELECT Versionname FROM Version")->get(0).text(), "4.3.120");
+    }
+    ASSERT_EQ(oeffnen("Alt.SF6"), Geoeffnet::Ja);
+    EXPECT_EQ(test::schema_unterschiede(*DB), std::vector<std::string>{});
+    EXPECT_EQ(DB->OpenRecordset("SELECT GIVN FROM Daten WHERE Counter = 1")->get(0).text(),
+              "Johann Hans");
+}
+
+TEST_F(Migration, ACompactionThatCannotWriteLeavesTheMigratedFileAsItWas) {
+    alt::beispieldatei(Generation::V4, baeume + "/Alt.SF6");
+    // Where the compacted file would be written, something stands that can't be replaced.
+    fs::create_directories(baeume + "/Alt.SF6.part/belegt");
+    EXPECT_THROW(oeffnen("Alt.SF6"), std::exception);
+    alle_schliessen("");
+    DB.reset();
+    {
+        auto halb = dao::OpenDatabase(baeume + "/Alt.SF6", false, true);
+        EXPECT_FALSE(halb->hasTable("Namen_DS"));
+        EXPECT_EQ(halb->OpenRecordset("SELECT Versionname FROM Version")->get(0).text(), "5.0.100");
+        EXPECT_EQ(halb->OpenRecordset("SELECT GIVN FROM Daten WHERE Counter = 1")->get(0).text(),
+                  "Johann Hans");
+    }
+    fs::remove_all(baeume + "/Alt.SF6.part");
+    ASSERT_EQ(oeffnen("Alt.SF6"), Geoeffnet::Ja);
+    EXPECT_EQ(test::schema_unterschiede(*DB), std::vector<std::string>{});
+    EXPECT_EQ(version(), "6.0.102");
+}

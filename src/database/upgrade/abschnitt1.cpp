@@ -96,9 +96,12 @@ void soundex_codes(Lauf& lauf) {
     lauf.fortschritt(90);
 }
 
+// The user's key from the settings store; a user without one gets the one blank that a
+// text field without the empty text takes for nothing.
 void guid_anwender(Lauf& lauf) {
+    const std::string schluessel = einstellung_lesen(HostAnwendung, "GUID", "Schluessel", "");
     lauf.ausfuehren("UPDATE Version SET GUID_Anwender = '" +
-                    einstellung_lesen(HostAnwendung, "GUID", "Schluessel", "") + "' ;");
+                    (schluessel.empty() ? std::string(" ") : schluessel) + "' ;");
 }
 
 void personen_guids(Lauf& lauf) {
