@@ -207,3 +207,10 @@ TEST_F(Migration, ACompactionThatCannotWriteLeavesTheMigratedFileAsItWas) {
     EXPECT_EQ(test::schema_unterschiede(*DB), std::vector<std::string>{});
     EXPECT_EQ(version(), "6.0.102");
 }
+
+TEST_F(Migration, AnEmptyTreeOfTheOldestGenerationPassesEveryStep) {
+    alt::erzeugte_datei(Generation::Urform, baeume + "/Leer.SF6", 0);
+    ASSERT_EQ(oeffnen("Leer.SF6"), Geoeffnet::Ja) << messages();
+    EXPECT_EQ(version(), "6.0.102");
+    EXPECT_EQ(DB->OpenRecordset("SELECT count(*) FROM Daten")->get(0).toInt(), 0);
+}

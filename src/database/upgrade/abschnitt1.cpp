@@ -74,7 +74,7 @@ void textumfang(Lauf& lauf) {
 // Step 7: the soundex codes of names, given names, surnames and places.
 void soundex_codes(Lauf& lauf) {
     auto durchgang = [](dao::Recordset& rs, const std::function<void()>& schreiben) {
-        for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
+        for (zum_anfang(rs); !rs.Eof(); rs.MoveNext()) {
             rs.Edit();
             schreiben();
             rs.Update();
@@ -106,7 +106,7 @@ void guid_anwender(Lauf& lauf) {
 
 void personen_guids(Lauf& lauf) {
     dao::Recordset& d = *rs_Daten;
-    for (d.MoveFirst(); !d.Eof(); d.MoveNext()) {
+    for (zum_anfang(d); !d.Eof(); d.MoveNext()) {
         d.Edit();
         d.set("GUID", Value(neue_guid()));
         d.Update();

@@ -4,6 +4,7 @@
 #include "database/tabellen.h"
 #include "database/upgrade/abschnitt1.h"
 #include "database/upgrade/kette.h"
+#include "database/upgrade/lauf.h"
 
 namespace folio {
 
@@ -52,12 +53,7 @@ namespace upgrade {
 
 void causastag_uebernehmen() {
     dao::Recordset& typen = *rs_Ereignisdb;
-    try {
-        typen.MoveFirst();
-    } catch (const Error&) {
-        return; // an empty table
-    }
-    for (; !typen.Eof(); typen.MoveNext()) {
+    for (upgrade::zum_anfang(typen); !typen.Eof(); typen.MoveNext()) {
         if (!im_katalog(typen.get("Index").toInt()))
             continue;
         const Value wert = rs_Deutsch->get("CAUSasTAG");

@@ -44,6 +44,14 @@ void cursor_oeffnen(std::string_view tabelle) {
     cursor_von(tabelle) = DB->OpenRecordset(tabelle, dao::RecordsetType::Table);
 }
 
+void zum_anfang(dao::Recordset& rs) {
+    try {
+        rs.MoveFirst();
+    } catch (const Error&) {
+        // No rows: the walk that follows finds the end at once.
+    }
+}
+
 std::string versionname() {
     dao::Recordset& v = *rs_Version;
     if (!v.hasField("Versionname"))

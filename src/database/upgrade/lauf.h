@@ -34,6 +34,9 @@ std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle);
 // Opens the table's cursor anew, under its global name.
 void cursor_oeffnen(std::string_view tabelle);
 
+// Moves a table cursor to its first row; an empty table is no error here.
+void zum_anfang(dao::Recordset& rs);
+
 // The version name of the open file; "" where it has none.
 std::string versionname();
 

@@ -98,7 +98,7 @@ void durchgang(const char* tabelle, long long basis, long long gewicht,
     const std::int64_t zeilen =
         DB->OpenRecordset(std::string("SELECT count(*) FROM ") + tabelle)->get(0).toInt();
     std::int64_t fertig = 0;
-    for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
+    for (zum_anfang(rs); !rs.Eof(); rs.MoveNext()) {
         still([&] { zeile(rs); });
         ++fertig;
         if (fertig % 64 == 0 || fertig == zeilen) {
