@@ -8,9 +8,12 @@
 #include "generate_tree.h"
 
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace folio::bench {
 
@@ -44,6 +47,26 @@ inline long spitzenspeicher_kb() {
     while (std::getline(status, line))
         if (line.rfind("VmHWM:", 0) == 0)
             return std::stol(line.substr(6));
+    return 0;
+}
+
+// The main program of a benchmark: runs it on each size given as an argument (10,000 and
+// 100,000 persons without one) after pointing the program at the stage.
+inline int hauptprogramm(int argc, char** argv, const char* name,
+                         const std::function<void(long long)>& lauf) {
+    std::vector<long long> sizes;
+    for (int i = 1; i < argc; ++i)
+        sizes.push_back(std::stoll(argv[i]));
+    if (sizes.empty())
+        sizes = {10000, 100000};
+    try {
+        stage_verwenden();
+        for (long long n : sizes)
+            lauf(n);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "%s: %s\n", name, e.what());
+        return 1;
+    }
     return 0;
 }
 

@@ -47,19 +47,8 @@ double run(long long persons) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<long long> sizes;
-    for (int i = 1; i < argc; ++i)
-        sizes.push_back(std::stoll(argv[i]));
-    if (sizes.empty())
-        sizes = {10000, 100000};
-    try {
-        bench::stage_verwenden();
+    return folio::bench::hauptprogramm(argc, argv, "bench_export", [](long long n) {
         gedcom_zusaetze_laden(Auswahl());
-        for (long long n : sizes)
-            run(n);
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "bench_export: %s\n", e.what());
-        return 1;
-    }
-    return 0;
+        run(n);
+    });
 }

@@ -27,8 +27,8 @@ double sekunden(const std::function<void()>& f) {
 }
 
 long long markierte(const char* tabelle) {
-    return DB->OpenRecordset(std::string("SELECT count(*) FROM ") + tabelle +
-                             " WHERE Markierung = TRUE")
+    return DB
+        ->OpenRecordset(std::string("SELECT count(*) FROM ") + tabelle + " WHERE Markierung = TRUE")
         ->get(0)
         .toInt();
 }
@@ -83,18 +83,5 @@ void run(long long persons) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<long long> sizes;
-    for (int i = 1; i < argc; ++i)
-        sizes.push_back(std::stoll(argv[i]));
-    if (sizes.empty())
-        sizes = {10000, 100000};
-    try {
-        bench::stage_verwenden();
-        for (long long n : sizes)
-            run(n);
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "bench_selection: %s\n", e.what());
-        return 1;
-    }
-    return 0;
+    return folio::bench::hauptprogramm(argc, argv, "bench_selection", run);
 }

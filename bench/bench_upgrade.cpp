@@ -48,19 +48,8 @@ void run(long long persons) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<long long> sizes;
-    for (int i = 1; i < argc; ++i)
-        sizes.push_back(std::stoll(argv[i]));
-    if (sizes.empty())
-        sizes = {10000, 100000};
-    try {
-        bench::stage_verwenden();
+    return folio::bench::hauptprogramm(argc, argv, "bench_upgrade", [](long long n) {
         Stammpfad = Programmpfad = FOLIO_STAGE_DIR "/Stammfolio";
-        for (long long n : sizes)
-            run(n);
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "bench_upgrade: %s\n", e.what());
-        return 1;
-    }
-    return 0;
+        run(n);
+    });
 }

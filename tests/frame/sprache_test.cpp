@@ -5,6 +5,7 @@
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "support/language_db.h"
+#include "support/scripted_scope.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -16,8 +17,7 @@ namespace {
 // A language database with the awkward rows, opened as the program's language texts.
 struct Texts : ::testing::Test {
     test::TempDir dir;
-    ScriptedPlatform* scripted = nullptr;
-    std::unique_ptr<Platform> previous;
+    test::ScriptedScope scripted;
 
     void SetUp() override {
         const std::string path = dir.file("language.mdb");
@@ -35,13 +35,9 @@ struct Texts : ::testing::Test {
         Sprache = "Deutsch";
         Kurzhilfe = 1;
         sprache_oeffnen(path);
-        auto p = std::make_unique<ScriptedPlatform>();
-        scripted = p.get();
-        previous = setPlatform(std::move(p));
     }
     void TearDown() override {
         sprache_schliessen();
-        setPlatform(std::move(previous));
         Sprache = "Deutsch";
     }
 };

@@ -4,6 +4,7 @@
 #include "frame/sprache.h"
 #include "frame/start.h"
 #include "support/language_db.h"
+#include "support/scripted_scope.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +20,7 @@ namespace {
 struct Installation : ::testing::Test {
     test::TempDir dir;
     std::string stamm, programm, daten, home;
-    ScriptedPlatform* scripted = nullptr;
-    std::unique_ptr<Platform> previous;
+    test::ScriptedScope scripted;
 
     void SetUp() override {
         stamm = dir.file("Stammfolio");
@@ -32,14 +32,10 @@ struct Installation : ::testing::Test {
         setenv("HOME", home.c_str(), 1);
         setenv("XDG_CONFIG_HOME", (home + "/.config").c_str(), 1);
         unsetenv("XDG_DOCUMENTS_DIR");
-        auto p = std::make_unique<ScriptedPlatform>();
-        scripted = p.get();
-        previous = setPlatform(std::move(p));
         Programmpfad.clear();
     }
     void TearDown() override {
         sprache_schliessen();
-        setPlatform(std::move(previous));
         Sprache = "Deutsch";
         Kurzhilfe = 1;
     }

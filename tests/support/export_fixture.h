@@ -10,6 +10,7 @@
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "gedcom/ausgabe.h"
+#include "support/scripted_scope.h"
 #include "support/temp_dir.h"
 #include "wizard/auswahl.h"
 
@@ -26,8 +27,7 @@ namespace folio::test {
 struct ExportFixture : ::testing::Test {
     TempDir dir;
     std::string datei;
-    ScriptedPlatform* scripted = nullptr;
-    std::unique_ptr<Platform> previous;
+    ScriptedScope scripted;
 
     void SetUp() override {
         namespace fs = std::filesystem;
@@ -44,15 +44,11 @@ struct ExportFixture : ::testing::Test {
         fs::copy_file(dir.file("SF.MDB"), datei);
         DB = dao::OpenDatabase(datei);
         tabellen_oeffnen();
-        auto p = std::make_unique<ScriptedPlatform>();
-        scripted = p.get();
-        previous = setPlatform(std::move(p));
         resetForm();
     }
     void TearDown() override {
         alle_schliessen("");
         sprache_schliessen();
-        setPlatform(std::move(previous));
     }
 
     static void resetForm() {

@@ -14,6 +14,7 @@
 #include "frame/platform.h"
 #include "frame/settings_store.h"
 #include "frame/sprache.h"
+#include "support/scripted_scope.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -40,8 +41,9 @@ inline std::vector<std::string> schema_unterschiede(dao::Database& db) {
         dao::TableDef def = db.tableDef(t.name);
         std::vector<dao::FieldDef> felder = def.Fields();
         for (const schema::Field& f : t.fields) {
-            auto it = std::find_if(felder.begin(), felder.end(),
-                                   [&](const dao::FieldDef& d) { return equalsNoCase(d.Name, f.name); });
+            auto it = std::find_if(felder.begin(), felder.end(), [&](const dao::FieldDef& d) {
+                return equalsNoCase(d.Name, f.name);
+            });
             const std::string name = std::string(t.name) + "." + std::string(f.name);
             if (it == felder.end()) {
                 u.push_back(name + " missing");
@@ -59,8 +61,9 @@ inline std::vector<std::string> schema_unterschiede(dao::Database& db) {
             u.push_back(std::string(t.name) + "." + d.Name + " is too many");
         std::vector<dao::IndexDef> indexe = def.Indexes();
         for (const schema::Index& i : t.indexes) {
-            auto it = std::find_if(indexe.begin(), indexe.end(),
-                                   [&](const dao::IndexDef& d) { return equalsNoCase(d.Name, i.name); });
+            auto it = std::find_if(indexe.begin(), indexe.end(), [&](const dao::IndexDef& d) {
+                return equalsNoCase(d.Name, i.name);
+            });
             const std::string name = "index " + std::string(t.name) + "." + std::string(i.name);
             if (it == indexe.end()) {
                 u.push_back(name + " missing");
@@ -85,8 +88,7 @@ inline std::vector<std::string> schema_unterschiede(dao::Database& db) {
 struct UpgradeFixture : ::testing::Test {
     TempDir dir;
     std::string host, baeume;
-    ScriptedPlatform* scripted = nullptr;
-    std::unique_ptr<Platform> previous;
+    ScriptedScope scripted;
 
     void SetUp() override {
         namespace fs = std::filesystem;
@@ -103,17 +105,14 @@ struct UpgradeFixture : ::testing::Test {
         Programmpfad = Stammpfad = host;
         Sprache = "Deutsch";
         setenv("XDG_CONFIG_HOME", dir.file("home/.config").c_str(), 1);
-        einstellung_schreiben(HostAnwendung, "GUID", "Schluessel", "{00000000-1111-2222-3333-444444444444}");
+        einstellung_schreiben(HostAnwendung, "GUID", "Schluessel",
+                              "{00000000-1111-2222-3333-444444444444}");
         sprache_oeffnen(Datenpfad + "/language.mdb");
-        auto p = std::make_unique<ScriptedPlatform>();
-        scripted = p.get();
-        previous = setPlatform(std::move(p));
     }
     void TearDown() override {
         alle_schliessen("");
         DB.reset();
         sprache_schliessen();
-        setPlatform(std::move(previous));
     }
 
     // A tree of the current version in the trees' folder.

@@ -185,8 +185,8 @@ void vorkommen(RecordId name, const char* buchstabe) {
 }
 
 struct Namen {
-    std::string vornamen, rufnamen, nachnamen, familiennamen, geburtsname, nick, patronym,
-        praefix, namenspraefix, titel, notiz;
+    std::string vornamen, rufnamen, nachnamen, familiennamen, geburtsname, nick, patronym, praefix,
+        namenspraefix, titel, notiz;
     bool nur_nachnamen() const {
         return vornamen.empty() && rufnamen.empty() && familiennamen.empty() &&
                geburtsname.empty() && nick.empty() && patronym.empty() && praefix.empty() &&
@@ -273,8 +273,9 @@ void person_umwandeln(dao::Recordset& d) {
     RecordId gort, sort;
     const double geburtstag = datum_aus_teilen(geburt.tag, geburt.monat, geburt.jahr).days();
     const double todestag = datum_aus_teilen(tod.tag, tod.monat, tod.jahr).days();
-    auto ereignisse = DB->OpenRecordset("Select  Ziel FROM Ereignis_DS WHERE Quelle = " +
-                                        person.sqlLiteral() + " AND ursprung = 'D' ;");
+    auto ereignisse =
+        DB->OpenRecordset("Select  Ziel FROM Ereignis_DS WHERE Quelle = " + person.sqlLiteral() +
+                          " AND ursprung = 'D' ;");
     dao::Recordset& e = *rs_Ereignis;
     e.Index("Counter");
     for (; !ereignisse->Eof(); ereignisse->MoveNext()) {
@@ -291,9 +292,15 @@ void person_umwandeln(dao::Recordset& d) {
 
     d.Edit();
     const std::pair<const char*, const std::string*> namensfelder[] = {
-        {"NPFX", &n.praefix},   {"GIVN", &n.vornamen},         {"SPFX", &n.namenspraefix},
-        {"SURN", &n.geburtsname}, {"Familienname", &n.familiennamen}, {"TITL", &n.titel},
-        {"NICK", &n.nick},      {"Patronym", &n.patronym},     {"NameNOTE", &n.notiz},
+        {"NPFX", &n.praefix},
+        {"GIVN", &n.vornamen},
+        {"SPFX", &n.namenspraefix},
+        {"SURN", &n.geburtsname},
+        {"Familienname", &n.familiennamen},
+        {"TITL", &n.titel},
+        {"NICK", &n.nick},
+        {"Patronym", &n.patronym},
+        {"NameNOTE", &n.notiz},
         {"Rufnamen", &n.rufnamen}};
     for (const auto& [feldname, wert] : namensfelder)
         still([&] { d.set(feldname, Value(trim(*wert))); });
@@ -325,8 +332,8 @@ void ereignis_umwandeln(dao::Recordset& e, const ListentextQuellen& q) {
 
     const RecordId ereignis = e.get("Counter").toRecordId();
     RecordId erste;
-    auto links = DB->OpenRecordset("Select * FROM Ereignis_DS WHERE Ziel = " +
-                                   ereignis.sqlLiteral() + "  ;");
+    auto links = DB->OpenRecordset(
+        "Select * FROM Ereignis_DS WHERE Ziel = " + ereignis.sqlLiteral() + "  ;");
     for (; !links->Eof(); links->MoveNext())
         if (links->get("Ursprung").text() == "d") {
             erste = links->get("Quelle").toRecordId();
@@ -377,6 +384,15 @@ void einfaches_datum(const char* tabelle, long long basis) {
     oeffnen(tabelle);
 }
 
+// The fields of a partial date: day, month, year, its text and its sort key.
+void datumsfelder(const char* tabelle, const std::string& vorsilbe) {
+    feld(tabelle, (vorsilbe + "Tag").c_str(), T::Byte);
+    feld(tabelle, (vorsilbe + "Monat").c_str(), T::Byte);
+    feld(tabelle, (vorsilbe + "Jahr").c_str(), T::Integer);
+    feld(tabelle, (vorsilbe + "Datum").c_str(), T::Text, 20, true);
+    feld(tabelle, (vorsilbe + "Sort").c_str(), T::Text, 8, true);
+}
+
 void felderarbeit() {
     // The persons.
     schliessen("Daten");
@@ -387,13 +403,8 @@ void felderarbeit() {
         feld("Daten", name, T::Text, 255, true);
     feld("Daten", "NameNOTE", T::Memo, 0, true);
     for (const char* p : {"G", "S"}) {
-        const std::string x = p;
-        feld("Daten", (x + "Tag").c_str(), T::Byte);
-        feld("Daten", (x + "Monat").c_str(), T::Byte);
-        feld("Daten", (x + "Jahr").c_str(), T::Integer);
-        feld("Daten", (x + "Datum").c_str(), T::Text, 20, true);
-        feld("Daten", (x + "Sort").c_str(), T::Text, 8, true);
-        feld("Daten", (x + "Ort").c_str(), T::Currency);
+        datumsfelder("Daten", p);
+        feld("Daten", (std::string(p) + "Ort").c_str(), T::Currency);
     }
     feld("Daten", "Listentext", T::Text, 255, true);
     feld("Daten", "Status", T::Currency);
@@ -404,23 +415,16 @@ void felderarbeit() {
     durchgang("Daten", 10, 20, person_umwandeln);
     schliessen("Daten");
     index_loeschen("Daten", "Personsuche");
-    for (const char* name : {"Nnamen", "Vnamen", "Listname", "Geburtsname", "Geburtsdatum",
-                             "Titel", "Geburt_XX", "Sterbedatum", "Sterbe_XX", "Namenrtf",
-                             "Tafeltext"})
+    for (const char* name : {"Nnamen", "Vnamen", "Listname", "Geburtsname", "Geburtsdatum", "Titel",
+                             "Geburt_XX", "Sterbedatum", "Sterbe_XX", "Namenrtf", "Tafeltext"})
         feld_loeschen("Daten", name);
     umbenennen("Daten", "Referenz", "Notiz");
     oeffnen("Daten");
 
     // The events.
     schliessen("Ereignis");
-    for (const char* p : {"v", "b"}) {
-        const std::string x = p;
-        feld("Ereignis", (x + "Tag").c_str(), T::Byte);
-        feld("Ereignis", (x + "Monat").c_str(), T::Byte);
-        feld("Ereignis", (x + "Jahr").c_str(), T::Integer);
-        feld("Ereignis", (x + "Datum").c_str(), T::Text, 20, true);
-        feld("Ereignis", (x + "Sort").c_str(), T::Text, 8, true);
-    }
+    for (const char* p : {"v", "b"})
+        datumsfelder("Ereignis", p);
     feld("Ereignis", "Status", T::Currency);
     oeffnen("Ereignis");
     const ListentextQuellen q{DB.get(), rs_Daten.get(), nullptr, rs_Deutsch.get()};
