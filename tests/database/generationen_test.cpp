@@ -3,9 +3,7 @@
 // of the migration and the later steps, a copy of the old file stays beside it, and a
 // second opening changes nothing.
 #include "alte_dateien.h"
-#include "database/errors.h"
 #include "database/schema/generations.h"
-#include "database/upgrade/kette.h"
 #include "frame/start.h"
 #include "support/upgrade_fixture.h"
 
@@ -97,7 +95,8 @@ TEST_P(Generationen, ReachTheCurrentSchemaWithNothingLost) {
     // depend on and the cause-as-tag marks of the catalogue.
     EXPECT_EQ(feld("Bilder", 300, "groesse"), "2048");
     EXPECT_EQ(feld("Bilder", 301, "groesse"), "0");
-    const bool vor_5_0_220 = schema::oldSchema(g) || g == Generation::V5_0_100 || g == Generation::V5_0_190;
+    const bool vor_5_0_220 =
+        schema::oldSchema(g) || g == Generation::V5_0_100 || g == Generation::V5_0_190;
     EXPECT_EQ(anzahl("SELECT count(*) FROM Ereignisdb WHERE [Index] = 10"), vor_5_0_220 ? 1 : 0);
     EXPECT_EQ(anzahl("SELECT count(*) FROM Ereignisdb WHERE [Index] = 9 AND CAUSasTAG = TRUE"),
               schema::oldSchema(g) || g == Generation::V6_0_100 ? 0 : 1);
@@ -145,9 +144,8 @@ TEST_P(Generationen, ReachTheCurrentSchemaWithNothingLost) {
         EXPECT_EQ(feld("Daten", 1, "OCCU"), g == Generation::Urform ? "" : "Bauer");
         EXPECT_EQ(feld("Daten", 1, "Markierung"), "True");
     } else {
-        EXPECT_EQ(feld("Daten", 1, "OCCU"), g == Generation::V5_1_100 || g == Generation::V6_0_100
-                                                  ? ""
-                                                  : "Müller");
+        EXPECT_EQ(feld("Daten", 1, "OCCU"),
+                  g == Generation::V5_1_100 || g == Generation::V6_0_100 ? "" : "Müller");
         EXPECT_EQ(feld("Daten", 3, "Kekuelnr"), "6");
     }
 
@@ -168,14 +166,7 @@ using Migration = test::UpgradeFixture;
 
 TEST_F(Migration, AFailedMigrationLeavesTheOldFileAndTheNextOpeningDoesItAll) {
     alt::beispieldatei(Generation::V4, baeume + "/Alt.SF6");
-    upgrade::vor_abschluss() = [](int schritt) {
-        if (schritt == 27)
-            throw Error(3026, "Nicht genügend Speicherplatz auf der Festplatte.");
-    };
-    EXPECT_THROW(oeffnen("Alt.SF6"), Error);
-    upgrade::vor_abschluss() = nullptr;
-    alle_schliessen("");
-    DB.reset();
+    oeffnen_scheitert_bei(27, "Alt.SF6");
     {
         auto alt = dao::OpenDatabase(baeume + "/Alt.SF6", false, true);
         EXPECT_TRUE(alt->hasTable("Namen_DS"));

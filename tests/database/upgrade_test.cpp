@@ -1,6 +1,5 @@
 // The later sections of the upgrade chain on files of the versions 5 and 6, and a chain that
 // breaks off in the middle: the next opening finishes it, and nothing is lost.
-#include "database/errors.h"
 #include "database/upgrade/kette.h"
 #include "frame/start.h"
 #include "support/upgrade_fixture.h"
@@ -25,7 +24,8 @@ struct Abschnitte : test::UpgradeFixture {
         db->tableDef("Daten").DeleteField("OCCU");
         db->tableDef("Bilder").DeleteField("groesse");
         db->Execute("UPDATE Version SET Versionname = '5.0.220' ;");
-        auto add = [&](const char* table, std::initializer_list<std::pair<const char*, Value>> row) {
+        auto add = [&](const char* table,
+                       std::initializer_list<std::pair<const char*, Value>> row) {
             auto rs = db->OpenRecordset(table);
             rs->AddNew();
             for (const auto& [name, value] : row)
@@ -43,9 +43,9 @@ struct Abschnitte : test::UpgradeFixture {
             int bjahr, person;
             const char* ursprung;
         };
-        const E ereignisse[] = {{10, 44, "Bauer", 0, 1, "d"},    {11, 44, "Müller", 0, 1, "d"},
-                                {12, 9, "Knecht", 0, 1, "d"},    {13, 9, "Weber", 0, 2, "d"},
-                                {14, 9, "Färber", 0, 2, "d"},    {15, 44, "Lehrer", 1900, 3, "d"},
+        const E ereignisse[] = {{10, 44, "Bauer", 0, 1, "d"},  {11, 44, "Müller", 0, 1, "d"},
+                                {12, 9, "Knecht", 0, 1, "d"},  {13, 9, "Weber", 0, 2, "d"},
+                                {14, 9, "Färber", 0, 2, "d"},  {15, 44, "Lehrer", 1900, 3, "d"},
                                 {16, 44, "Schmied", 0, 4, "D"}};
         for (const E& e : ereignisse) {
             add("Ereignis", {{"Counter", Value(RecordId(e.counter))},
@@ -114,14 +114,7 @@ TEST_F(Abschnitte, OccupationsAndPictureSizesComeInAndACopyOfTheOldFileStays) {
 TEST_F(Abschnitte, AChainBrokenOffIsFinishedByTheNextOpening) {
     version_5_0_220();
     // The step of the picture sizes fails: the occupations are in, the version isn't.
-    upgrade::vor_abschluss() = [](int schritt) {
-        if (schritt == 61)
-            throw Error(3026, "Nicht genügend Speicherplatz auf der Festplatte.");
-    };
-    EXPECT_THROW(oeffnen("Familie.SF6"), Error);
-    upgrade::vor_abschluss() = nullptr;
-    alle_schliessen("");
-    DB.reset();
+    oeffnen_scheitert_bei(61, "Familie.SF6");
     Fortschrittfrm().entladen();
     {
         auto halb = dao::OpenDatabase(baeume + "/Familie.SF6", false, true);

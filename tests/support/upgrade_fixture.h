@@ -5,11 +5,13 @@
 #pragma once
 
 #include "database/engine.h"
+#include "database/errors.h"
 #include "database/oeffnen.h"
 #include "database/recordset.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
 #include "database/text_util.h"
+#include "database/upgrade/kette.h"
 #include "frame/globals.h"
 #include "frame/platform.h"
 #include "frame/settings_store.h"
@@ -110,6 +112,7 @@ struct UpgradeFixture : ::testing::Test {
         sprache_oeffnen(Datenpfad + "/language.mdb");
     }
     void TearDown() override {
+        upgrade::vor_abschluss() = nullptr;
         alle_schliessen("");
         DB.reset();
         sprache_schliessen();
@@ -125,6 +128,19 @@ struct UpgradeFixture : ::testing::Test {
     Geoeffnet oeffnen(const std::string& name) {
         std::string pfad = baeume, datei = name;
         return datenbank_oeffnen(pfad, datei, false, false);
+    }
+
+    // Opens the tree with the chain's step of that number failing as a full disk would make
+    // it fail, and closes what the failed opening left.
+    void oeffnen_scheitert_bei(int nummer, const std::string& name) {
+        upgrade::vor_abschluss() = [nummer](int schritt) {
+            if (schritt == nummer)
+                throw Error(3026, "Nicht genügend Speicherplatz auf der Festplatte.");
+        };
+        EXPECT_THROW(oeffnen(name), Error);
+        upgrade::vor_abschluss() = nullptr;
+        alle_schliessen("");
+        DB.reset();
     }
 
     std::string version() {
