@@ -10,6 +10,7 @@
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "frame/terminal_platform.h"
+#include "gedcom/datum.h"
 #include "gedcom/export.h"
 #include "selection/markierungen.h"
 #include "wizard/auswahl.h"
@@ -37,7 +38,7 @@ bool datenschutz_lesen(const std::string& liste, bool (&boxen)[4]) {
     std::size_t anfang = 0;
     while (anfang <= liste.size()) {
         const std::size_t ende = std::min(liste.find(',', anfang), liste.size());
-        const std::string teil(trimBlanks(liste.substr(anfang, ende - anfang)));
+        const std::string teil(trimWhitespace(liste.substr(anfang, ende - anfang)));
         if (teil.size() != 1 || teil[0] < '0' || teil[0] > '3')
             return false;
         boxen[teil[0] - '0'] = true;
@@ -63,8 +64,7 @@ Ausgang datenbank_laden(std::string& pfad) {
     }
     // The opening would take the sample database in place of a write-protected file.
     if (schreibgeschuetzt(ganz.string())) {
-        meldung(schreibschutz_meldung(ganz.string(), false, false), StilFehler,
-                EigenerProduktname);
+        meldung(schreibschutz_meldung(ganz.string(), false, false), StilFehler, EigenerProduktname);
         return DatenbankSchreibgeschuetzt;
     }
     std::string ordner = ganz.parent_path().string(), datei = ganz.filename().string();
@@ -313,14 +313,18 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
         fehler = sprachtext("9818 --ancestors, --descendants und --spouses gehören zu --person.");
         return std::nullopt;
     }
-    o.auswahl = alle ? Auswahlart::Alle
-                     : !o.personen.empty() ? Auswahlart::Personen : Auswahlart::Markierte;
+    o.auswahl = alle                  ? Auswahlart::Alle
+                : !o.personen.empty() ? Auswahlart::Personen
+                                      : Auswahlart::Markierte;
     return o;
 }
 
 Ausgang exportieren(const ExportOptionen& o) {
     AuswahlForm& form = Auswahl();
     formular_uebersetzen(form);
+    // The table of date modifiers, once for the form, from the program's own folder (the
+    // opening of a tree lends Programmpfad to the host's folder for a while).
+    gedcom_zusaetze_laden(form);
     form.set("MousePointer", Value(MausNormal));
     std::string datenbank_pfad = o.datenbank;
     std::error_code ec;

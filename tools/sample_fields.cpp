@@ -166,7 +166,8 @@ constexpr KindName KindNames[] = {
     {"file", Kind::File},
 };
 
-constexpr std::string_view Qualifiers[] = {"ca.", "um", "nach", "vor", "err.", "ber.", "ab", "bis"};
+constexpr std::string_view Qualifiers[] = {"ca.",  "um",     "nach", "vor", "err.",
+                                           "ber.", "gesch.", "ab",   "bis"};
 
 bool isLeapYear(int y) {
     return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
@@ -340,7 +341,8 @@ Date Reader::date(bool qualifierAllowed) const {
     if (w.size() != 1 || !readDateParts(w.front(), date))
         fail("\"" + entry_.value +
              "\" isn't a date such as 12.03.1850, 03.1850 or 1850, 0 for a part not known, "
-             "with a qualifier (ca., um, nach, vor, err., ber., ab, bis) in front where allowed");
+             "with a qualifier (ca., um, nach, vor, err., ber., gesch., ab, bis) in front where "
+             "allowed");
     return date;
 }
 

@@ -149,7 +149,7 @@ IndexDef TableDef::CreateIndex(std::string name, std::vector<std::string> fields
 }
 
 void TableDef::AppendField(const FieldDef& f) {
-    if (trimBlanks(f.Name).empty())
+    if (isBlank(f.Name))
         throw DatabaseError(err::SyntaxError, "A field of table '" + name_ + "' needs a name");
     if (hasField(f.Name))
         throw DatabaseError(err::FieldExists,

@@ -59,7 +59,7 @@ std::string declaredType(FieldType t, int size) {
 }
 
 FieldType typeFromDeclared(std::string_view declared, int& size) {
-    const std::string d = upperAscii(trimBlanks(declared));
+    const std::string d = upperAscii(trimWhitespace(declared));
     size = 0;
     FieldType t = FieldType::Memo;
     if (d == "BOOLEAN")

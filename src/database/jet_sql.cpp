@@ -108,14 +108,14 @@ std::vector<Token> tokenize(std::string_view sql) {
 }
 
 double dateLiteralValue(std::string_view inside) {
-    const std::string text(trimBlanks(inside));
+    const std::string text(trimWhitespace(inside));
     int a = 0, b = 0, c = 0, h = 0, m = 0, s = 0;
     char sep1 = 0, sep2 = 0;
     int consumed = 0;
     if (std::sscanf(text.c_str(), "%d%c%d%c%d%n", &a, &sep1, &b, &sep2, &c, &consumed) != 5 ||
         sep1 != sep2 || (sep1 != '-' && sep1 != '/'))
         throw DatabaseError(err::SyntaxError, "Syntax error in date: #" + text + "#");
-    std::string_view rest = trimBlanks(std::string_view(text).substr(consumed));
+    std::string_view rest = trimWhitespace(std::string_view(text).substr(consumed));
     if (!rest.empty()) {
         const std::string time(rest);
         int n = std::sscanf(time.c_str(), "%d:%d:%d", &h, &m, &s);
@@ -272,7 +272,7 @@ SelectShape analyzeSelect(std::string_view sql) {
     if (from == 0 || from + 1 >= sig.size() || !isName(all[sig[from + 1]]))
         return shape;
     shape.selectList = std::string(
-        trimBlanks(sql.substr(offset(sig[0]) + 6, offset(sig[from]) - offset(sig[0]) - 6)));
+        trimWhitespace(sql.substr(offset(sig[0]) + 6, offset(sig[from]) - offset(sig[0]) - 6)));
     shape.table = unquoteName(all[sig[from + 1]]);
     shape.qualifier = shape.table;
     std::size_t next = from + 2; // behind the table name
@@ -349,7 +349,7 @@ Parameterized parameterize(std::string_view sql) {
 }
 
 std::string bareTableName(std::string_view text) {
-    const std::string_view t = trimBlanks(text);
+    const std::string_view t = trimWhitespace(text);
     if (t.empty())
         return {};
     if (t.front() == '[' && t.back() == ']' && t.find(']') == t.size() - 1)

@@ -17,10 +17,6 @@ namespace folio {
 
 namespace {
 
-std::string trimmed(const std::string& s) {
-    return std::string(trimBlanks(s));
-}
-
 // Runs a step whose failure only leaves its part out.
 void fehler_ignorieren(const std::function<void()>& f) {
     try {
@@ -146,25 +142,10 @@ void anhaengen(std::string& text, const std::string& f) {
     text = trimmed(text + f) + " ";
 }
 
-void ersetzen(std::string& text, std::string_view was, std::string_view durch) {
-    for (std::size_t at = text.find(was); at != std::string::npos;
-         at = text.find(was, at + durch.size()))
-        text.replace(at, was.size(), durch);
-}
-
 // Pads with blanks or cuts to exactly `laenge` characters.
 std::string auf_laenge(const std::string& text, std::size_t laenge) {
-    std::string out;
-    std::size_t zeichen = 0, i = 0;
-    while (i < text.size() && zeichen < laenge) {
-        std::size_t n = 1;
-        while (i + n < text.size() && (static_cast<unsigned char>(text[i + n]) & 0xC0) == 0x80)
-            ++n;
-        out += text.substr(i, n);
-        i += n;
-        ++zeichen;
-    }
-    return out + std::string(laenge - zeichen, ' ');
+    std::string out = utf8Left(text, laenge);
+    return out + std::string(laenge - utf8Length(out), ' ');
 }
 
 std::string datumszusaetze(dao::Recordset& daten) {
@@ -260,7 +241,7 @@ std::string liste_name(dao::Recordset& daten, bool nachname_vorn, bool mit_leben
         text += " [" + nick + "]";
     if (mit_lebensdaten) {
         text = auf_laenge(text, 50);
-        ersetzen(text, "_", " ");
+        replaceAll(text, "_", " ");
         fehler_ignorieren([&] {
             const std::string g = datum_text(static_cast<int>(daten.get("GTag").toInt()),
                                              static_cast<int>(daten.get("GMonat").toInt()),
@@ -278,9 +259,9 @@ std::string liste_name(dao::Recordset& daten, bool nachname_vorn, bool mit_leben
     }
     if (mit_datumstexten)
         text += datumszusaetze(daten);
-    ersetzen(text, "\r\n", " ");
-    ersetzen(text, "\r", " ");
-    ersetzen(text, "\n", " ");
+    replaceAll(text, "\r\n", " ");
+    replaceAll(text, "\r", " ");
+    replaceAll(text, "\n", " ");
     return text;
 }
 
@@ -321,15 +302,15 @@ std::string ereignis_text(const ListentextQuellen& q, const std::string& art, Re
     int ortpos = 0, maxhauptpersonen = 1;
     fehler_ignorieren([&] {
         dao::Recordset* typen = nullptr;
-        // A file of the old schema has no table of event types yet: its list texts go
-        // without the words of the type.
-        if (!q.ereignisdb)
-            return;
-        q.ereignisdb->Index("Index");
-        q.ereignisdb->Seek("=", Value(typ));
-        if (!q.ereignisdb->NoMatch()) {
-            typen = q.ereignisdb;
-        } else {
+        // While the old schema is migrated the file has no table of event types yet: the
+        // catalogue alone gives the words of the type then.
+        if (q.ereignisdb) {
+            q.ereignisdb->Index("Index");
+            q.ereignisdb->Seek("=", Value(typ));
+            if (!q.ereignisdb->NoMatch())
+                typen = q.ereignisdb;
+        }
+        if (!typen && q.katalog) {
             q.katalog->FindFirst("Index = " + std::to_string(typ));
             if (!q.katalog->NoMatch())
                 typen = q.katalog;
@@ -360,7 +341,7 @@ std::string ereignis_text(const ListentextQuellen& q, const std::string& art, Re
     else if (person2 != person1)
         text = ortpos == 0 ? vor + p1 + ort_text + nach + p2 : vor + p1 + nach + p2 + ort_text;
     text += grund_text + " " + kurztext;
-    return auf_laenge(text, std::min<std::size_t>(utf8Length(text), 255));
+    return utf8Left(text, 255);
 }
 
 } // namespace folio

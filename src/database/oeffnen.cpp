@@ -43,7 +43,7 @@ void guid_eintragen() {
     try {
         dao::Recordset& v = *rs_Version;
         v.MoveFirst();
-        if (!trimBlanks(v.get("GUID_Anwender").text()).empty())
+        if (!isBlank(v.get("GUID_Anwender").text()))
             return;
         v.Edit();
         v.set("GUID_Anwender", Value(einstellung_lesen(HostAnwendung, "GUID", "Schluessel", "")));
@@ -55,8 +55,7 @@ void guid_eintragen() {
 
 } // namespace
 
-std::string schreibschutz_meldung(const std::string& datei_mit_pfad, bool beenden,
-                                  bool beispiel) {
+std::string schreibschutz_meldung(const std::string& datei_mit_pfad, bool beenden, bool beispiel) {
     std::string text =
         "Die Datenbank ist schreibgeschützt.\r\n"
         "Damit Sie hiermit arbeiten können, muß der Schreibschutz entfernt werden. \r\n\r\n"
@@ -75,8 +74,8 @@ Geoeffnet datenbank_oeffnen(std::string& pfad, std::string& datei, bool beenden,
                             bool ohne_aktualisierung) {
     if (schreibgeschuetzt(pfad_verbinden(pfad, datei))) {
         const bool beispiel = equalsNoCase(datei, Beispieldatenbank);
-        meldung(schreibschutz_meldung(pfad_verbinden(pfad, datei), beenden, beispiel),
-                StilFehler, EigenerProduktname);
+        meldung(schreibschutz_meldung(pfad_verbinden(pfad, datei), beenden, beispiel), StilFehler,
+                EigenerProduktname);
         if (beispiel)
             return beenden ? Geoeffnet::ProgrammEnde : Geoeffnet::Nein;
         datei = Beispieldatenbank;

@@ -1,6 +1,7 @@
 #include "database/record_id.h"
 
 #include "database/errors.h"
+#include "database/text_util.h"
 
 #include <cmath>
 #include <cstdio>
@@ -22,10 +23,7 @@ RecordId RecordId::fromDouble(double value) {
 }
 
 std::optional<RecordId> RecordId::parse(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-        text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-        text.remove_suffix(1);
+    text = trimWhitespace(text);
     bool negative = false;
     if (!text.empty() && (text.front() == '-' || text.front() == '+')) {
         negative = text.front() == '-';

@@ -34,11 +34,49 @@ bool equalsNoCase(std::string_view a, std::string_view b) {
 }
 
 std::string_view trimBlanks(std::string_view s) {
-    while (!s.empty() && (s.front() == ' ' || s.front() == '\t'))
+    while (!s.empty() && s.front() == ' ')
         s.remove_prefix(1);
-    while (!s.empty() && (s.back() == ' ' || s.back() == '\t'))
+    return trimBlanksRight(s);
+}
+
+std::string trimmed(std::string_view s) {
+    return std::string(trimBlanks(s));
+}
+
+std::string_view trimBlanksRight(std::string_view s) {
+    while (!s.empty() && s.back() == ' ')
         s.remove_suffix(1);
     return s;
+}
+
+bool isBlank(std::string_view s) {
+    return trimBlanks(s).empty();
+}
+
+std::string_view trimWhitespace(std::string_view s) {
+    auto space = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    while (!s.empty() && space(s.front()))
+        s.remove_prefix(1);
+    while (!s.empty() && space(s.back()))
+        s.remove_suffix(1);
+    return s;
+}
+
+void replaceAll(std::string& text, std::string_view was, std::string_view durch) {
+    std::size_t at = was.empty() ? std::string::npos : text.find(was);
+    if (at == std::string::npos)
+        return;
+    // Built anew rather than replaced in place: linear also for a long text with many hits.
+    std::string out;
+    out.reserve(text.size());
+    std::size_t von = 0;
+    for (; at != std::string::npos; at = text.find(was, von)) {
+        out.append(text, von, at - von);
+        out += durch;
+        von = at + was.size();
+    }
+    out.append(text, von);
+    text = std::move(out);
 }
 
 std::string quoteIdentifier(std::string_view name) {
@@ -92,6 +130,15 @@ std::size_t utf8Length(std::string_view s) {
     for (unsigned char c : s)
         n += (c & 0xC0) != 0x80;
     return n;
+}
+
+std::string utf8Left(std::string_view s, std::size_t n) {
+    std::size_t i = 0;
+    for (std::size_t zeichen = 0; i < s.size(); ++i) {
+        if ((static_cast<unsigned char>(s[i]) & 0xC0) != 0x80 && zeichen++ == n)
+            break;
+    }
+    return std::string(s.substr(0, i));
 }
 
 } // namespace folio

@@ -1,4 +1,5 @@
-// Small text helpers of the database layer (ASCII case folding, trimming, quoting).
+// Small text helpers of the whole program (ASCII case folding, trimming, quoting, counting
+// and cutting UTF-8 by characters).
 #pragma once
 
 #include <string>
@@ -9,7 +10,17 @@ namespace folio {
 std::string upperAscii(std::string_view s);
 std::string lowerAscii(std::string_view s);
 bool equalsNoCase(std::string_view a, std::string_view b);
+// Trimming as the program means it everywhere: blanks (" ") go from both ends, nothing else;
+// a tab is text. A text is empty "once trimmed" when it holds blanks alone.
 std::string_view trimBlanks(std::string_view s);
+std::string trimmed(std::string_view s);
+std::string_view trimBlanksRight(std::string_view s);
+bool isBlank(std::string_view s);
+// For reading numbers, SQL and file formats: blanks, tabs, CR and LF go from both ends.
+std::string_view trimWhitespace(std::string_view s);
+// Replaces every `was` in `text` by `durch`, left to right; what is put in isn't searched
+// again.
+void replaceAll(std::string& text, std::string_view was, std::string_view durch);
 // "name" with inner double quotes doubled: an SQL identifier.
 std::string quoteIdentifier(std::string_view name);
 // 'text' with inner apostrophes doubled: an SQL string literal.
@@ -20,5 +31,7 @@ std::string quoteString(std::string_view text);
 double numericValue(std::string_view s);
 // Number of characters (code points) of a UTF-8 text.
 std::size_t utf8Length(std::string_view s);
+// The first `n` characters of a UTF-8 text: a cut never leaves half a character.
+std::string utf8Left(std::string_view s, std::size_t n);
 
 } // namespace folio

@@ -1,6 +1,7 @@
 #include "database/value.h"
 
 #include "database/errors.h"
+#include "database/text_util.h"
 
 #include <charconv>
 #include <cmath>
@@ -15,11 +16,7 @@ namespace {
 }
 
 double parseNumber(const std::string& s) {
-    std::string_view t = s;
-    while (!t.empty() && (t.front() == ' ' || t.front() == '\t'))
-        t.remove_prefix(1);
-    while (!t.empty() && (t.back() == ' ' || t.back() == '\t'))
-        t.remove_suffix(1);
+    std::string_view t = trimWhitespace(s);
     if (!t.empty() && t.front() == '+')
         t.remove_prefix(1);
     double d = 0;
@@ -47,16 +44,10 @@ bool Value::toBool() const {
         return std::get<bool>(v_);
     case Kind::Text: {
         const std::string& s = std::get<std::string>(v_);
-        std::string_view t = s;
-        while (!t.empty() && t.front() == ' ')
-            t.remove_prefix(1);
-        while (!t.empty() && t.back() == ' ')
-            t.remove_suffix(1);
-        if (t.size() == 4 && (t[0] | 0x20) == 't' && (t[1] | 0x20) == 'r' && (t[2] | 0x20) == 'u' &&
-            (t[3] | 0x20) == 'e')
+        const std::string_view t = trimBlanks(s);
+        if (equalsNoCase(t, "true"))
             return true;
-        if (t.size() == 5 && (t[0] | 0x20) == 'f' && (t[1] | 0x20) == 'a' && (t[2] | 0x20) == 'l' &&
-            (t[3] | 0x20) == 's' && (t[4] | 0x20) == 'e')
+        if (equalsNoCase(t, "false"))
             return false;
         return parseNumber(s) != 0;
     }

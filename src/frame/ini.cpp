@@ -13,23 +13,15 @@ namespace {
 
 constexpr std::size_t MaxValue = 255; // the buffer of 256 characters holds a NUL too
 
-std::string_view trimmed(std::string_view s) {
-    while (!s.empty() && (s.front() == ' ' || s.front() == '\t'))
-        s.remove_prefix(1);
-    while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r'))
-        s.remove_suffix(1);
-    return s;
-}
-
 // "[name]" gives name, trimmed; anything else nullopt-like (empty optional via bool).
 bool sectionName(std::string_view line, std::string& name) {
-    line = trimmed(line);
+    line = trimWhitespace(line);
     if (line.size() < 2 || line.front() != '[')
         return false;
     const std::size_t close = line.find(']');
     if (close == std::string_view::npos)
         return false;
-    name = std::string(trimmed(line.substr(1, close - 1)));
+    name = std::string(trimWhitespace(line.substr(1, close - 1)));
     return true;
 }
 
@@ -37,11 +29,11 @@ bool keyLine(std::string_view line, std::string& key, std::string& value) {
     const std::size_t eq = line.find('=');
     if (eq == std::string_view::npos)
         return false;
-    const std::string_view k = trimmed(line.substr(0, eq));
+    const std::string_view k = trimWhitespace(line.substr(0, eq));
     if (k.empty() || k.front() == ';')
         return false;
     key = std::string(k);
-    value = std::string(trimmed(line.substr(eq + 1)));
+    value = std::string(trimWhitespace(line.substr(eq + 1)));
     return true;
 }
 
@@ -52,16 +44,8 @@ std::string unquoted(std::string value) {
     return value;
 }
 
-std::string cut(std::string value) {
-    if (value.size() > MaxValue) {
-        value.resize(MaxValue);
-        // Don't leave half a UTF-8 character at the end.
-        while (!value.empty() && (static_cast<unsigned char>(value.back()) & 0xC0) == 0x80)
-            value.pop_back();
-        if (!value.empty() && (static_cast<unsigned char>(value.back()) & 0x80))
-            value.pop_back();
-    }
-    return value;
+std::string cut(const std::string& value) {
+    return utf8Left(value, MaxValue);
 }
 
 std::vector<std::string> readLines(const std::string& path, bool& crlf) {
@@ -88,23 +72,20 @@ std::string ini_lesen(const std::string& datei, const std::string& sektion,
     bool inSection = false;
     while (in && std::getline(in, line)) {
         if (sectionName(line, section)) {
-            inSection = equalsNoCase(section, trimmed(sektion));
+            inSection = equalsNoCase(section, trimWhitespace(sektion));
             continue;
         }
-        if (inSection && keyLine(line, key, value) && equalsNoCase(key, trimmed(schluessel)))
+        if (inSection && keyLine(line, key, value) && equalsNoCase(key, trimWhitespace(schluessel)))
             return cut(unquoted(value));
     }
-    std::string fallback = standard;
-    while (!fallback.empty() && fallback.back() == ' ')
-        fallback.pop_back();
-    return cut(fallback);
+    return cut(std::string(trimBlanksRight(standard)));
 }
 
 void ini_schreiben(const std::string& datei, const std::string& sektion,
                    const std::string& schluessel, const std::string& wert) {
     bool crlf = false;
     std::vector<std::string> lines = readLines(datei, crlf);
-    const std::string entry = std::string(trimmed(schluessel)) + "=" + wert;
+    const std::string entry = std::string(trimWhitespace(schluessel)) + "=" + wert;
 
     std::string section, key, value;
     bool inSection = false;
@@ -114,17 +95,17 @@ void ini_schreiben(const std::string& datei, const std::string& sektion,
         if (sectionName(lines[i], section)) {
             if (inSection)
                 break;
-            inSection = equalsNoCase(section, trimmed(sektion));
+            inSection = equalsNoCase(section, trimWhitespace(sektion));
             if (inSection)
                 sectionEnd = i + 1;
             continue;
         }
         if (!inSection)
             continue;
-        if (keyLine(lines[i], key, value) && equalsNoCase(key, trimmed(schluessel))) {
+        if (keyLine(lines[i], key, value) && equalsNoCase(key, trimWhitespace(schluessel))) {
             lines[i] = key + "=" + wert; // the key keeps its spelling
             written = true;
-        } else if (!trimmed(lines[i]).empty()) {
+        } else if (!trimWhitespace(lines[i]).empty()) {
             sectionEnd = i + 1;
         }
     }

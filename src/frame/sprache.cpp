@@ -36,12 +36,6 @@ void oeffnen(SprachDatenbank& s, const std::string& pfad) {
     s.rs->Index("Counter");
 }
 
-void ersetzen(std::string& text, std::string_view platzhalter, const std::string& wert) {
-    for (std::size_t at = text.find(platzhalter); at != std::string::npos;
-         at = text.find(platzhalter, at + wert.size()))
-        text.replace(at, platzhalter.size(), wert);
-}
-
 long schluesselnummer(const std::string& schluessel) {
     const double n = numericValue(schluessel);
     return static_cast<long>(std::trunc(n));
@@ -65,7 +59,7 @@ void sprache_schliessen() {
 }
 
 std::string sprachtext(const std::string& schluessel) {
-    if (trimBlanks(schluessel).empty())
+    if (isBlank(schluessel))
         return "";
     const long n = schluesselnummer(schluessel);
     if (n == 0)
@@ -82,14 +76,14 @@ std::string sprachtext(const std::string& schluessel) {
     } catch (...) {
     }
     if (ergebnis.find('#') != std::string::npos) {
-        ersetzen(ergebnis, "#PROGNAME#", Produktname);
-        ersetzen(ergebnis, "#APPNAME#", Produktname);
-        ersetzen(ergebnis, "#APPPATH#", Programmpfad);
-        ersetzen(ergebnis, "#DATENPATH#", Datenpfad);
-        ersetzen(ergebnis, "#MAINPATH#", Stammpfad);
-        ersetzen(ergebnis, "#SUPPORTEMAIL#", "");
+        replaceAll(ergebnis, "#PROGNAME#", Produktname);
+        replaceAll(ergebnis, "#APPNAME#", Produktname);
+        replaceAll(ergebnis, "#APPPATH#", Programmpfad);
+        replaceAll(ergebnis, "#DATENPATH#", Datenpfad);
+        replaceAll(ergebnis, "#MAINPATH#", Stammpfad);
+        replaceAll(ergebnis, "#SUPPORTEMAIL#", "");
     }
-    if (trimBlanks(ergebnis).empty())
+    if (isBlank(ergebnis))
         return "??" + std::to_string(n) + "??";
     if (trimBlanks(ergebnis) == "XXX")
         return "";

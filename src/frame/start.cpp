@@ -100,7 +100,7 @@ std::string erster_eintrag(const std::string& datei) {
         return text.substr(i + 1, close == std::string::npos ? std::string::npos : close - i - 1);
     }
     const std::size_t end = text.find_first_of(",\r\n", i);
-    return std::string(trimBlanks(text.substr(i, end == std::string::npos ? end : end - i)));
+    return std::string(trimWhitespace(text.substr(i, end == std::string::npos ? end : end - i)));
 }
 
 namespace {
@@ -129,7 +129,7 @@ void datenpfad_aus_ini() {
 StartErgebnis programm_starten(StartForm& start, const std::string& programmpfad) {
     // 1. The edition: the value 1 is Wurzelwart, anything else Stammfolio.
     const std::string edition = einstellung_lesen(HostAnwendung, "Sippe", "Daten", "");
-    const bool wurzelwart = !trimBlanks(edition).empty() && numericValue(edition) == 1;
+    const bool wurzelwart = !isBlank(edition) && numericValue(edition) == 1;
 
     // 2. The program's folder and the host's folder above it.
     if (!programmpfad.empty())

@@ -38,13 +38,8 @@ void TerminalPlatform::zeichnen(bool sofort) {
     std::string text = stand->text;
     // The label is cut to the width of a usual terminal, by characters.
     constexpr std::size_t Zeichen = 36;
-    if (utf8Length(text) > Zeichen) {
-        std::size_t i = 0, n = 0;
-        for (; i < text.size(); ++i)
-            if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80 && n++ == Zeichen - 1)
-                break; // i stands on the first character that doesn't fit
-        text = text.substr(0, i) + "…";
-    }
+    if (utf8Length(text) > Zeichen)
+        text = utf8Left(text, Zeichen - 1) + "…";
     std::string zeile = "[" + std::string(voll, '#') + std::string(Breite - voll, '.') + "] " +
                         std::to_string(wert * 100 / maximum) + "% " + text;
     if (zeile == letzte_zeile_)

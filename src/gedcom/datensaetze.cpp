@@ -16,13 +16,6 @@ namespace folio {
 
 namespace {
 
-bool gefuellt(const std::string& s) {
-    return !trimBlanks(s).empty();
-}
-std::string getrimmt(const std::string& s) {
-    return std::string(trimBlanks(s));
-}
-
 std::string nummer(dao::Recordset& rs) {
     return rs.get("Counter").toRecordId().text();
 }
@@ -30,7 +23,7 @@ std::string nummer(dao::Recordset& rs) {
 void ortsnotiz(dao::Recordset& ort) {
     // The same test as the pointer that ortschreiben puts below the place.
     const std::string klartext = rtf_klartext(ort.get("Memo").text());
-    if (!gefuellt(klartext))
+    if (isBlank(klartext))
         return;
     zeile("0 @ON" + nummer(ort) + "@ NOTE");
     GEDtext(1, "NOTE", klartext);
@@ -42,7 +35,7 @@ void notiz(dao::Recordset& n) {
     const Value memo = n.get("Memo");
     if (!memo.isNull()) {
         const std::string klartext = rtf_klartext(memo.text());
-        if (gefuellt(klartext))
+        if (!isBlank(klartext))
             GEDtext(1, "TEXT", klartext);
     }
     Chanschreiben(1, n.get("geaendert"));
@@ -52,10 +45,10 @@ void quelle(dao::Recordset& d, const std::string& anmerkung) {
     zeile("0 @U" + nummer(d) + "@ SOUR");
     zeile(1, "TITL " + d.get("Listentext").text());
     const std::string klartext = rtf_klartext(d.get("Text").text());
-    if (gefuellt(klartext))
+    if (!isBlank(klartext))
         GEDtext(1, "TEXT", klartext);
     // The general remark of the export stands in every source as well as in the header.
-    if (gefuellt(anmerkung))
+    if (!isBlank(anmerkung))
         GEDtext(1, "NOTE", anmerkung);
     Notizverknuepfungschreiben(1, d.get("Notiz").toRecordId());
     Bildverknuepfungschreiben(1, d.get("Bild").toRecordId());
@@ -68,7 +61,7 @@ void adresse(dao::Recordset& a) {
     zeile("0 @A" + nummer(a) + "@ ADDR");
     zeile(1, "TITL " + a.get("Listenname").text());
     const std::string klartext = rtf_klartext(a.get("Memo").text());
-    if (gefuellt(klartext))
+    if (!isBlank(klartext))
         GEDtext(1, "TEXT", klartext);
     Chanschreiben(1, a.get("geaendert"));
 }
@@ -81,16 +74,16 @@ std::string endung(const std::string& datei) {
 }
 
 // The lines that every media record has: the form, the title where given, the file and the
-// empty BLOB. The content of a file is never embedded; BLOB and its empty CONT go out in one
-// string that holds the line break.
+// empty BLOB. The content of a file is never embedded.
 void medienkopf(const std::string& praefix, const std::string& nr, const std::string& datei,
                 const std::string* titel) {
     zeile("0 @" + praefix + nr + "@ OBJE");
     zeile(1, "FORM " + endung(datei));
     if (titel)
-        zeile(1, "TITL " + getrimmt(*titel));
-    zeile(1, "FILE " + getrimmt(datei));
-    zeile("1 BLOB \r\n2 CONT ");
+        zeile(1, "TITL " + trimmed(*titel));
+    zeile(1, "FILE " + trimmed(datei));
+    zeile("1 BLOB ");
+    zeile("2 CONT ");
 }
 
 void medium(dao::Recordset& b) {
@@ -98,7 +91,7 @@ void medium(dao::Recordset& b) {
     const std::string titel = b.get("Listentext").text();
     medienkopf("B", nr, b.get("bildfile").text(), &titel);
     const std::string bildtext = b.get("bildtext").text();
-    if (gefuellt(bildtext))
+    if (!isBlank(bildtext))
         GEDtext(1, "NOTE", bildtext);
     Notizverknuepfungschreiben(1, b.get("Notiz").toRecordId());
     const Value ort = b.get("Ort");
@@ -106,14 +99,14 @@ void medium(dao::Recordset& b) {
         ortschreiben(1, ort.toRecordId());
     // The second file gets a record of its own behind this one, without title or stamp.
     const std::string zweite = b.get("MCIfile").text();
-    if (gefuellt(zweite))
+    if (!isBlank(zweite))
         zeile(1, "OBJE @BM" + nr + "@");
     Chanschreiben(1, b.get("geaendert"));
-    if (!gefuellt(zweite))
+    if (isBlank(zweite))
         return;
     medienkopf("BM", nr, zweite, nullptr);
     const std::string mcitext = b.get("mcitext").text();
-    if (gefuellt(mcitext))
+    if (!isBlank(mcitext))
         GEDtext(1, "NOTE", mcitext);
 }
 

@@ -75,7 +75,7 @@ void datumschreiben(std::int16_t nr, dao::Recordset& rs) {
         zusatz = ca + " ";
         for (const auto& [text, qualifier] : Auswahl().gedcom_zusaetze) {
             if (qualifier == ca) {
-                zusatz = std::string(trimBlanks(text)) + " ";
+                zusatz = trimmed(text) + " ";
                 break;
             }
         }

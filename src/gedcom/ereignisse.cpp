@@ -19,13 +19,10 @@ namespace folio {
 
 namespace {
 
-std::string getrimmt(const std::string& s) {
-    return std::string(trimBlanks(s));
-}
-
-// The role of an associate: its words, else the language text of its letter.
+// The role of an associate: its words, else (where they are empty once trimmed) the language
+// text of its letter.
 std::string rolle(const std::string& asso, const std::string& ursprung) {
-    std::string r = asso;
+    std::string r = isBlank(asso) ? "" : asso;
     if (r.empty() && !ursprung.empty()) {
         const std::string zeichen = ansi_text(utf8_aus(codepunkte(ursprung).substr(0, 1)));
         r = sprachtext(std::to_string(1800 + static_cast<unsigned char>(zeichen[0])));
@@ -95,8 +92,8 @@ void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP) 
         return;
     const Ereignisart& art = *gefunden;
     const std::string grund = e.get("Grund").text();
-    const std::string tag = getrimmt(art.gedtag);
-    const std::string tagwert = art.causAlsTag ? " " + getrimmt(grund) : "";
+    const std::string tag = trimmed(art.gedtag);
+    const std::string tagwert = art.causAlsTag ? " " + trimmed(grund) : "";
     if (maxHP != art.maxhauptpersonen)
         return;
 
@@ -114,13 +111,13 @@ void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP) 
     const RecordId bild = e.get("Bild").toRecordId();
     const Value geaendert = e.get("geaendert");
     const std::string text = rtf_klartext(e.get("Text").text());
-    if (!trimBlanks(kurztext).empty())
+    if (!isBlank(kurztext))
         GEDtext(unter, "NOTE", kurztext);
-    if (!trimBlanks(text).empty())
+    if (!isBlank(text))
         GEDtext(unter, "TEXT", text);
-    if (!trimBlanks(grund).empty() && tagwert.empty()) {
+    if (!isBlank(grund) && tagwert.empty()) {
         AuswahlForm& form = Auswahl();
-        const bool alsNotiz = form.angehakt(form.nur_auf_55()) && trimBlanks(kurztext).empty();
+        const bool alsNotiz = form.angehakt(form.nur_auf_55()) && isBlank(kurztext);
         GEDtext(unter, alsNotiz ? " NOTE " : " CAUS ", grund);
     }
     ortschreiben(unter, ort);

@@ -246,8 +246,8 @@ const OrtEintrag& ort_nachschlagen(RecordId datensatz) {
         e.counter = ort.get("Counter").toRecordId();
         e.notiz = ort.get("Notiz").toRecordId();
         e.bild = ort.get("Bild").toRecordId();
-        e.name = std::string(trimBlanks(ort.get("Name").text()));
-        e.hat_text = !trimBlanks(rtf_klartext(ort.get("Memo").text())).empty();
+        e.name = trimmed(ort.get("Name").text());
+        e.hat_text = !isBlank(rtf_klartext(ort.get("Memo").text()));
     }
     return orte.emplace(datensatz, std::move(e)).first->second;
 }

@@ -45,7 +45,7 @@ void Adresseschreiben(std::int16_t nr, RecordId datensatz) {
     GEDtext(nr, "ADDR", adresse);
     zeile(unter, "TITL " + listenname);
     ortschreiben(unter, ort);
-    if (!trimBlanks(memo).empty())
+    if (!isBlank(memo))
         GEDtext(unter, "NOTE", memo);
 }
 

@@ -22,13 +22,6 @@ namespace folio {
 
 namespace {
 
-std::string getrimmt(const std::string& s) {
-    return std::string(trimBlanks(s));
-}
-bool gefuellt(const std::string& s) {
-    return !trimBlanks(s).empty();
-}
-
 // `laenge` characters from the character `start` on (counted from 1), as far as there are.
 std::string mitte(const std::string& s, std::size_t start, std::size_t laenge) {
     const std::u32string t = codepunkte(s);
@@ -38,7 +31,7 @@ std::string mitte(const std::string& s, std::size_t start, std::size_t laenge) {
 // The first character of the trimmed given names and a point: the initial of a living
 // person whose names are protected.
 std::string initiale(const std::string& givn) {
-    return mitte(getrimmt(givn), 1, 1) + ".";
+    return mitte(trimmed(givn), 1, 1) + ".";
 }
 
 // The role of an associated person: a number from 1802 to 1898 stands for a language text.
@@ -56,10 +49,10 @@ void namen(dao::Recordset& p, bool geschuetzt) {
     const std::string givn = p.get("GIVN").text();
     const std::string surn = p.get("SURN").text();
     zeile(1, "NAME " + (geschuetzt ? initiale(givn) : givn) + " /" + surn + "/");
-    if (gefuellt(givn))
-        zeile(2, "GIVN " + (geschuetzt ? initiale(givn) : getrimmt(givn)));
-    if (gefuellt(surn))
-        zeile(2, "SURN " + getrimmt(surn));
+    if (!isBlank(givn))
+        zeile(2, "GIVN " + (geschuetzt ? initiale(givn) : trimmed(givn)));
+    if (!isBlank(surn))
+        zeile(2, "SURN " + trimmed(surn));
     if (geschuetzt)
         return;
     for (const auto& [feld, tag] :
@@ -69,11 +62,11 @@ void namen(dao::Recordset& p, bool geschuetzt) {
                                                              {"NFSX", "NSFX"},
                                                              {"SPFX", "SPFX"}}}) {
         const std::string wert = p.get(feld).text();
-        if (gefuellt(wert))
-            zeile(2, std::string(tag) + " " + getrimmt(wert));
+        if (!isBlank(wert))
+            zeile(2, std::string(tag) + " " + trimmed(wert));
     }
     const std::string notiz = p.get("NameNOTE").text();
-    if (gefuellt(notiz))
+    if (!isBlank(notiz))
         GEDtext(2, "NOTE", notiz);
 }
 
@@ -126,18 +119,18 @@ void person_schreiben(dao::Recordset& p, const Familientabelle& tabelle) {
     namen(p, geschuetzt[0]);
     zeile(1, p.get("Geschlecht").text() == "M" ? "SEX M" : "SEX F");
     const std::string titl = p.get("TITL").text();
-    if (gefuellt(titl) && !geschuetzt[1])
-        zeile(1, "TITL " + getrimmt(titl));
+    if (!isBlank(titl) && !geschuetzt[1])
+        zeile(1, "TITL " + trimmed(titl));
     if (!geschuetzt[2]) {
         const Value occu = p.get("OCCU");
-        if (!occu.isNull() && gefuellt(occu.text()))
+        if (!occu.isNull() && !isBlank(occu.text()))
             GEDtext(1, "OCCU", occu.text());
         ereignisse(counter);
     }
     if (!geschuetzt[3]) {
         const Value memo = p.get("Memo");
         const std::string klartext = memo.isNull() ? "" : rtf_klartext(memo.text());
-        if (gefuellt(klartext))
+        if (!isBlank(klartext))
             GEDtext(1, "NOTE", klartext);
         const RecordId ort = p.get("Ort").toRecordId(), bild = p.get("Bild").toRecordId(),
                        notiz = p.get("Notiz").toRecordId();
@@ -146,8 +139,8 @@ void person_schreiben(dao::Recordset& p, const Familientabelle& tabelle) {
             ortschreiben(1, ort);
         Bildverknuepfungschreiben(1, bild);
         Notizverknuepfungschreiben(1, notiz);
-        if (gefuellt(religion))
-            zeile(1, "RELI " + getrimmt(religion));
+        if (!isBlank(religion))
+            zeile(1, "RELI " + trimmed(religion));
     }
     Chanschreiben(1, p.get("geaendert"));
     const Value guid = p.get("GUID");

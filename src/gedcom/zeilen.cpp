@@ -1,37 +1,71 @@
 #include "gedcom/zeilen.h"
 
+#include "database/text_util.h"
 #include "gedcom/ausgabe.h"
 #include "gedcom/zeichensatz.h"
 #include "wizard/auswahl.h"
 
 #include <algorithm>
-#include <array>
 
 namespace folio {
 
 namespace {
 
-std::u32string trim_rechts(std::u32string s) {
-    while (!s.empty() && s.back() == U' ')
-        s.pop_back();
-    return s;
-}
-
-bool nur_blanks(const std::u32string& s) {
-    for (char32_t c : s)
-        if (c != U' ')
-            return false;
-    return true;
-}
-
-void ersetzen(std::u32string& text, const std::u32string& was, const std::u32string& durch) {
-    for (std::size_t at = text.find(was); at != std::u32string::npos;
-         at = text.find(was, at + durch.size()))
-        text.replace(at, was.size(), durch);
-}
-
+// The in-band markers of a folded text; a text typed with them breaks there as well.
 const std::u32string CONT = U"#CONT#";
 const std::u32string CONC = U"#CONC#";
+
+// A marker begins at position k (counted from 1).
+bool marke_bei(const std::u32string& t, std::size_t k) {
+    return k >= 1 && k + 5 <= t.size() &&
+           (t.compare(k - 1, 6, CONT) == 0 || t.compare(k - 1, 6, CONC) == 0);
+}
+
+// The text with "#CONC#" put in wherever a piece grows too long: the folding of GEDtext.
+// Positions count from 1 in the text as given. A marker put in lies behind the scan, which
+// then goes on with the character behind the split, so the text is never moved about: the
+// folding is linear in its length.
+std::u32string falten(const std::u32string& t) {
+    // A position behind the end holds no blank.
+    auto blank = [&](std::size_t k) { return k >= 1 && k <= t.size() && t[k - 1] == U' '; };
+    std::u32string out;
+    out.reserve(t.size() + t.size() / 16);
+    std::size_t pos = 1, geschrieben = 0; // the first `geschrieben` characters are in `out`
+    for (;;) {
+        // A piece ends at the next "#", whether it begins a marker or was typed by the user.
+        const std::size_t raute = t.find(U'#', pos - 1);
+        const std::size_t p = raute == std::u32string::npos ? t.size() : raute + 1;
+        if (p <= pos + 100) {
+            pos = p + 7;
+        } else {
+            std::size_t i = 100;
+            while (i <= 200 && (blank(pos + i) || blank(pos + i + 1)))
+                ++i;
+            // A split behind the character at pos + i never falls inside a marker: where it
+            // would, it falls right in front of it. A "#" of the user's is no marker.
+            for (std::size_t m = pos + i; m + 4 >= pos + i && m > pos; --m) {
+                if (marke_bei(t, m)) {
+                    i = m - pos - 1;
+                    break;
+                }
+            }
+            const std::size_t hinter = std::min(pos + i, t.size());
+            out.append(t, geschrieben, hinter - geschrieben);
+            out += CONC;
+            geschrieben = hinter;
+            pos = pos + i + 1;
+        }
+        if (pos > t.size())
+            break;
+    }
+    out.append(t, geschrieben);
+    return out;
+}
+
+// Writes a string of one or more lines, each ending in CR LF, as it stands.
+void zeilen_ausgeben(const std::string& zeilen) {
+    ausgabe().schreiben(z(zeilen) + "\r\n");
+}
 
 } // namespace
 
@@ -49,8 +83,15 @@ std::string z(const std::string& zeile) {
     return "";
 }
 
+std::string einzeilig(std::string text) {
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) < 0x20 && c != '\t')
+            c = ' ';
+    return text;
+}
+
 void zeile(const std::string& text) {
-    ausgabe().schreiben(z(text) + "\r\n");
+    zeilen_ausgeben(einzeilig(text));
 }
 
 void zeile(int ebene, const std::string& text) {
@@ -58,59 +99,30 @@ void zeile(int ebene, const std::string& text) {
 }
 
 std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const std::string& text) {
-    std::u32string t = codepunkte(text);
     // 1. and 2. Nothing for blanks, nor for blanks and line breaks alone.
-    if (nur_blanks(t))
+    if (isBlank(text))
         return "";
-    {
-        std::u32string ohne = t;
-        ersetzen(ohne, U"\r\n", U"");
-        if (nur_blanks(ohne))
-            return "";
-    }
-    // 3. Line breaks become markers; blanks go from the right end.
-    ersetzen(t, U"\r\n", CONT);
-    t = trim_rechts(t);
-
-    // 4. Fold. Positions count from 1 as the text reads; at(k) is the character at k.
-    auto at = [&](std::size_t k) { return k >= 1 && k <= t.size() ? t[k - 1] : U'\0'; };
-    std::size_t pos = 1;
-    for (;;) {
-        const std::size_t raute = t.find(U'#', pos - 1);
-        const std::size_t p = raute == std::u32string::npos ? t.size() : raute + 1;
-        if (p <= pos + 100) {
-            pos = p + 7;
-        } else {
-            std::size_t i = 100;
-            while (i <= 200 && (at(pos + i) == U' ' || at(pos + i + 1) == U' '))
-                ++i;
-            // A split never falls into the marker (or "#") that ends the piece: at the latest
-            // it falls right in front of it.
-            if (raute != std::u32string::npos && pos + i >= p)
-                i = p - pos - 1;
-            t.insert(std::min(pos + i, t.size()), CONC); // behind the character at pos + i
-            pos = pos + i + 7;
-        }
-        if (pos > t.size())
-            break;
-    }
+    std::string s = text;
+    replaceAll(s, "\r\n", "");
+    if (isBlank(s))
+        return "";
+    // 3. Line breaks become markers; blanks go from the right end. A lone CR or LF is text.
+    s = text;
+    replaceAll(s, "\r\n", "#CONT#");
+    // 4. Fold; the count is in characters.
+    s = utf8_aus(falten(codepunkte(std::string(trimBlanksRight(s)))));
     // 5. The markers become lines.
-    const std::u32string folge = codepunkte(std::to_string(ebene + 1));
-    ersetzen(t, CONT, U"\r\n" + folge + U" CONT ");
-    ersetzen(t, CONC, U"\r\n" + folge + U" CONC ");
-
+    const std::string folge = "\r\n" + std::to_string(ebene + 1);
+    replaceAll(s, "#CONT#", folge + " CONT ");
+    replaceAll(s, "#CONC#", folge + " CONC ");
     // 6. The tag's own line holds the first piece.
-    std::u32string kopf = codepunkte(tag);
-    while (!kopf.empty() && kopf.front() == U' ')
-        kopf.erase(kopf.begin());
-    kopf = trim_rechts(kopf);
-    return std::to_string(ebene) + " " + utf8_aus(kopf) + " " + utf8_aus(t);
+    return std::to_string(ebene) + " " + trimmed(tag) + " " + s;
 }
 
 void GEDtext(std::int16_t ebene, const std::string& tag, const std::string& text) {
     const std::string gefaltet = gedtext_gefaltet(ebene, tag, text);
     if (!gefaltet.empty())
-        zeile(gefaltet);
+        zeilen_ausgeben(gefaltet);
 }
 
 } // namespace folio

@@ -15,7 +15,12 @@ std::string z(const std::string& zeile);
 // U+FFFD).
 std::string utf8_text(const std::string& text);
 
-// Writes a line: z of it and CR LF.
+// A text for a line of its own: every control character but the tab (CR, LF, ...) becomes a
+// blank, so that no value from a tree or a user can end its line or begin a record.
+std::string einzeilig(std::string text);
+
+// Writes one line: z of it, made einzeilig, and CR LF. Every line but the folded text of
+// GEDtext goes out here.
 void zeile(const std::string& text);
 // Writes a line of a level, a tag and a value: "level tag value".
 void zeile(int ebene, const std::string& text);

@@ -16,9 +16,9 @@ namespace folio {
 namespace {
 
 // The author's boxes and the fields of Version behind them; the note comes last.
-const char* const VersionFelder[] = {"verfasser_Name",     "verfasser_Adresse", "verfasser_telefon",
-                                     "verfasser_fax",      "verfasser_email",   "verfasser_http",
-                                     "verfasser_anmerkung", "gedcom_anmerkung"};
+const char* const VersionFelder[] = {
+    "verfasser_Name",  "verfasser_Adresse", "verfasser_telefon",   "verfasser_fax",
+    "verfasser_email", "verfasser_http",    "verfasser_anmerkung", "gedcom_anmerkung"};
 
 Control& box(int i) {
     return i < 7 ? Auswahl().Verfasser(i) : Auswahl().Anmerkung();
@@ -74,20 +74,19 @@ void optionen_zeigen() {
     if (!verfasser.empty()) {
         form.zeile_anfuegen(1, sprachtext("592 Verfasser"), "", true);
         for (int i = 0; i < 6; ++i)
-            if (!trimBlanks(form.Verfasser(i).text("Text")).empty())
+            if (!isBlank(form.Verfasser(i).text("Text")))
                 form.zeile_anfuegen(1, form.Verfasser(i).text("Caption"),
                                     form.Verfasser(i).text("Text"));
     }
-    if (!trimBlanks(form.Anmerkung().text("Text")).empty()) {
+    if (!isBlank(form.Anmerkung().text("Text"))) {
         form.zeile_anfuegen(1, "", sprachtext("593 Weitere Daten"), false, true);
         form.zeile_anfuegen(1, form.Anmerkung().text("Caption"), form.Anmerkung().text("Text"));
     }
     form.zeile_anfuegen(1, "", sprachtext("599 Datenschutz zu lebender Personen"), false, true);
     for (int i = 0; i < 4; ++i)
-        form.zeile_anfuegen(1,
-                            sprachtext(form.angehakt(form.Datenschutzcheck(i)) ? "606 Ja"
-                                                                               : "607 Nein"),
-                            form.Datenschutzcheck(i).text("Caption"));
+        form.zeile_anfuegen(
+            1, sprachtext(form.angehakt(form.Datenschutzcheck(i)) ? "606 Ja" : "607 Nein"),
+            form.Datenschutzcheck(i).text("Caption"));
     form.zeile_anfuegen(1, "", sprachtext("626 Zeichensatz"), false, true);
     const int an = form.gewaehlt(form.Zeichensatz(0)) ? 0 : 1;
     form.zeile_anfuegen(1, "", form.Zeichensatz(an).text("Caption"));
@@ -108,8 +107,7 @@ void verfasser_laden() {
     v.MoveFirst();
     std::string guid;
     fehler_ignorieren([&] { guid = v.get("guid_anwender").text(); });
-    const bool eigene =
-        guid == einstellung_lesen(HostAnwendung, "GUID", "Schluessel", "");
+    const bool eigene = guid == einstellung_lesen(HostAnwendung, "GUID", "Schluessel", "");
     for (int i = 0; i < 7; ++i)
         form.Verfasser(i).set("Enabled", Value(eigene));
     for (int i = 0; i < 8; ++i)

@@ -5,6 +5,8 @@
 #include "alte_dateien.h"
 #include "database/engine.h"
 #include "database/recordset.h"
+#include "generate_tree.h"
+#include "support/gedcom_reader.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -47,6 +49,11 @@ struct Staged : ::testing::Test {
         cli = dir.file("Stammfolio/Folioexport/folioexport-cli");
         setenv("HOME", dir.file("home").c_str(), 1);
         setenv("XDG_CONFIG_HOME", dir.file("home/.config").c_str(), 1);
+    }
+    // Every file that the test exported, read back by the independent reader.
+    void TearDown() override {
+        EXPECT_EQ(folio::test::independentReaderProblems(folio::test::gedcomFilesUnder(dir.path())),
+                  "");
     }
 };
 
@@ -127,8 +134,8 @@ TEST_F(Export, WritesTheMarkedPersonsAtThePathGivenAndLeavesTheMarksAsTheyWere) 
     EXPECT_NE(ged.find("0 TRLR\r\n"), std::string::npos);
     EXPECT_EQ(std::distance(fs::directory_iterator(dir.file("out")), fs::directory_iterator()), 1);
     // The branch marked in the sample, and the summary of what was chosen.
-    EXPECT_EQ(persons(ged), (std::set<int>{22, 23, 34, 35, 36, 37, 50, 51, 52, 54, 55, 56, 57,
-                                           58, 59}));
+    EXPECT_EQ(persons(ged),
+              (std::set<int>{22, 23, 34, 35, 36, 37, 50, 51, 52, 54, 55, 56, 57, 58, 59}));
     EXPECT_TRUE(std::regex_search(r.output, std::regex("  15 +Personen\\n"))) << r.output;
     EXPECT_NE(r.output.find("Verfasser"), std::string::npos);
     EXPECT_NE(r.output.find(target), std::string::npos);
@@ -141,7 +148,8 @@ TEST_F(Export, WritesTheMarkedPersonsAtThePathGivenAndLeavesTheMarksAsTheyWere) 
     r = exportieren("--all");
     EXPECT_EQ(r.status, 7) << r.output;
     EXPECT_EQ(folio::test::readFile(target), "old");
-    r = exportieren("--all --overwrite --charset ansi --privacy none --strict-55 --note 'Für Anna'");
+    r = exportieren(
+        "--all --overwrite --charset ansi --privacy none --strict-55 --note 'Für Anna'");
     ASSERT_EQ(r.status, 0) << r.output;
     const std::string alle = folio::test::readFile(target);
     EXPECT_EQ(persons(alle).size(), 53u);
@@ -150,11 +158,39 @@ TEST_F(Export, WritesTheMarkedPersonsAtThePathGivenAndLeavesTheMarksAsTheyWere) 
     EXPECT_EQ(marks(tree), before);
 }
 
+TEST_F(Export, DatesGoOutWithTheModifiersOfGeddateIni) {
+    Result r = exportieren("--all");
+    ASSERT_EQ(r.status, 0) << r.output;
+    const std::string ged = folio::test::readFile(target);
+    // ca., nach, vor, err. and gesch. of the sample, by the rows of the staged geddate.ini.
+    for (const char* line : {"2 DATE ABT 1795\r\n", "2 DATE AFT MAY 1852\r\n",
+                             "2 DATE BEF 1890\r\n", "2 DATE CAL 1824\r\n", "2 DATE EST 1856\r\n"})
+        EXPECT_NE(ged.find(line), std::string::npos) << line;
+    EXPECT_EQ(ged.find("DATE ca."), std::string::npos);
+
+    // Without the file the qualifiers of the tree go out as they stand.
+    fs::remove(dir.file("Stammfolio/Folioexport/geddate.ini"));
+    r = exportieren("--all --overwrite");
+    ASSERT_EQ(r.status, 0) << r.output;
+    EXPECT_NE(folio::test::readFile(target).find("2 DATE ca. 1795\r\n"), std::string::npos);
+}
+
+TEST_F(Export, AGeneratedTreeGoesOutWholeInBothCharacterSets) {
+    tree = dir.file("Erzeugt.SF6");
+    folio::generator::generateTree({500, 3, dir.file("Daten/Ereignis.mdb")}, tree);
+    for (const std::string charset : {"utf-8", "ansi"}) {
+        target = dir.file("out/Erzeugt-" + charset + ".ged");
+        Result r = exportieren("--all --charset " + charset);
+        ASSERT_EQ(r.status, 0) << r.output;
+        EXPECT_EQ(persons(folio::test::readFile(target)).size(), 500u);
+    }
+    // The independent reader reads both files when the test ends.
+}
+
 TEST_F(Export, TicksAPersonWithItsRelativesAsTheSwitchesSay) {
     Result r = exportieren("--person 22 --ancestors --spouses");
     ASSERT_EQ(r.status, 0) << r.output;
-    EXPECT_EQ(persons(folio::test::readFile(target)),
-              (std::set<int>{1, 2, 5, 6, 15, 16, 22, 23}));
+    EXPECT_EQ(persons(folio::test::readFile(target)), (std::set<int>{1, 2, 5, 6, 15, 16, 22, 23}));
 
     // Descendants without the living; a living person ticked alone is refused, and then
     // nobody is left to export.

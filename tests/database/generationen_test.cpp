@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <map>
+#include <tuple>
 
 using namespace folio;
 namespace fs = std::filesystem;
@@ -204,4 +205,76 @@ TEST_F(Migration, AnEmptyTreeOfTheOldestGenerationPassesEveryStep) {
     ASSERT_EQ(oeffnen("Leer.SF6"), Geoeffnet::Ja) << messages();
     EXPECT_EQ(version(), "6.0.102");
     EXPECT_EQ(DB->OpenRecordset("SELECT count(*) FROM Daten")->get(0).toInt(), 0);
+}
+
+TEST_F(Migration, ListTextsOfEventsHaveTheWordsOfTheirTypeAndWholeCharacters) {
+    alt::beispieldatei(Generation::V4, baeume + "/Alt.SF6");
+    {
+        // Anna Meier and Karl Huber marry in Rom; a person whose names are longer than a
+        // list text, all in two-byte characters, is born.
+        auto db = dao::OpenDatabase(baeume + "/Alt.SF6");
+        auto zeile = [&](const char* tabelle,
+                         std::initializer_list<std::pair<const char*, Value>> felder) {
+            auto rs = db->OpenRecordset(tabelle);
+            rs->AddNew();
+            for (const auto& [name, wert] : felder)
+                rs->set(name, wert);
+            rs->Update();
+        };
+        std::string aeh, oeh;
+        for (int i = 0; i < 130; ++i) {
+            aeh += "Ä";
+            oeh += "Ö";
+        }
+        const std::pair<int, const char*> personen[] = {{20, "W"}, {21, "M"}, {22, "M"}};
+        for (const auto& [nr, geschlecht] : personen)
+            zeile("Daten", {{"Counter", Value(RecordId(nr))},
+                            {"Geschlecht", Value(geschlecht)},
+                            {"Vater", Value(RecordId())},
+                            {"Mutter", Value(RecordId())}});
+        const std::tuple<int, const std::string, const char*> namen[] = {
+            {20, "Anna", "V"},  {20, "Meier", "N"}, {21, "Karl", "V"},
+            {21, "Huber", "N"}, {22, aeh, "V"},     {22, oeh, "N"}};
+        int n = 900;
+        for (const auto& [person, name, art] : namen)
+            zeile("Namen_DS", {{"Counter", Value(RecordId(++n))},
+                               {"Namen", Value(name)},
+                               {"Stellung", Value(n)},
+                               {"Ursprung", Value("D")},
+                               {"Quelle", Value(RecordId(person))},
+                               {"Ziel", Value(RecordId(n))},
+                               {"Art", Value(art)}});
+        zeile("Ort", {{"Counter", Value(RecordId(102))}, {"Name", Value("Rom")}});
+        const std::tuple<int, int, int> ereignisse[] = {{30, 10, 102}, {31, 1, 0}};
+        for (const auto& [nr, art, ort] : ereignisse)
+            zeile("Ereignis", {{"Counter", Value(RecordId(nr))},
+                               {"Art", Value(art)},
+                               {"Ort", Value(RecordId(ort))},
+                               {"Datum_von_XX", Value("XXX")},
+                               {"Datum_bis_XX", Value("XXX")}});
+        const std::pair<int, int> links[] = {{20, 30}, {21, 30}, {22, 31}};
+        for (const auto& [person, ereignis] : links)
+            zeile("Ereignis_DS", {{"Counter", Value(RecordId(++n))},
+                                  {"Quelle", Value(RecordId(person))},
+                                  {"Ziel", Value(RecordId(ereignis))},
+                                  {"Ursprung", Value("d")}});
+    }
+    ASSERT_EQ(oeffnen("Alt.SF6"), Geoeffnet::Ja) << messages();
+    auto text = [&](const char* tabelle, int counter) {
+        return DB
+            ->OpenRecordset(std::string("SELECT Listentext FROM ") + tabelle +
+                            " WHERE Counter = " + std::to_string(counter))
+            ->get(0)
+            .text();
+    };
+    // The words of the type come from the catalogue: the file had no table of types yet.
+    EXPECT_EQ(text("Ereignis", 30), "Heirat von Anna Meier in Rom mit Karl Huber ");
+    // Cut at 255 characters, never inside one.
+    const std::string person = text("Daten", 22);
+    const std::string geburt = text("Ereignis", 31);
+    EXPECT_EQ(utf8Length(person), 255u);
+    EXPECT_EQ(person.size(), 2 * 254u + 1); // 130 Ä, a blank, 124 Ö
+    EXPECT_EQ(geburt.rfind("Geburt von ÄÄÄ", 0), 0u);
+    EXPECT_EQ(utf8Length(geburt), 255u);
+    EXPECT_EQ((static_cast<unsigned char>(geburt.back()) & 0xC0), 0x80u); // ends in a whole Ö
 }

@@ -32,10 +32,16 @@ TEST(Ini, ValuesAreCutAt255Characters) {
     const std::string file = dir.file("x.ini");
     ini_schreiben(file, "S", "exact", std::string(255, 'a'));
     ini_schreiben(file, "S", "long", std::string(300, 'b'));
-    ini_schreiben(file, "S", "umlaut", std::string(254, 'c') + "ä");
+    ini_schreiben(file, "S", "umlaut", std::string(254, 'c') + "äö");
+    std::string umlauts;
+    for (int i = 0; i < 200; ++i)
+        umlauts += "Ä";
+    ini_schreiben(file, "S", "umlauts", umlauts);
     EXPECT_EQ(ini_lesen(file, "S", "exact", ""), std::string(255, 'a'));
     EXPECT_EQ(ini_lesen(file, "S", "long", ""), std::string(255, 'b'));
-    EXPECT_EQ(ini_lesen(file, "S", "umlaut", ""), std::string(254, 'c')); // no half character
+    // Characters are counted, not bytes, and no character is cut in half.
+    EXPECT_EQ(ini_lesen(file, "S", "umlaut", ""), std::string(254, 'c') + "ä");
+    EXPECT_EQ(ini_lesen(file, "S", "umlauts", ""), umlauts);
 }
 
 TEST(Ini, WritesInPlaceAndNeverWritesADefault) {

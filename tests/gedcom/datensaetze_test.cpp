@@ -149,6 +149,17 @@ TEST_F(Records, MediaWithAndWithoutASecondFile) {
     EXPECT_EQ(fortschritt(), 80);
 }
 
+TEST_F(Records, TitlesAndFileNamesStayOnTheirLineAndKeepTheirTabs) {
+    DB->Execute("DELETE FROM Notiz ;");
+    DB->Execute("DELETE FROM Bilder ;");
+    row("Notiz", 1, true, {{"Name", Value("Kirchen\r\n0 TRLR\tbuch")}});
+    row("Bilder", 1, true,
+        {{"bildfile", Value("a\r\nb.jpg\t")}, {"Listentext", Value("\tBild\x1b")}});
+    EXPECT_EQ(written(notizen_schreiben), "0 @N1@ NOTE\r\n1 TITL Kirchen  0 TRLR\tbuch\r\n");
+    EXPECT_EQ(written(medien_schreiben), "0 @B1@ OBJE\r\n1 FORM jpg\t\r\n1 TITL \tBild \r\n"
+                                         "1 FILE a  b.jpg\t\r\n1 BLOB \r\n2 CONT \r\n");
+}
+
 TEST_F(Records, StagesWriteTheirClassesInOrder) {
     const std::string einzeln = written([] {
         ortsnotizen_schreiben();

@@ -2,10 +2,12 @@
 #include "frame/meldung.h"
 #include "gedcom/export.h"
 #include "support/export_fixture.h"
+#include "support/gedcom_reader.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <map>
 #include <regex>
 #include <sys/resource.h>
 
@@ -79,6 +81,155 @@ TEST_F(Run, AuthorNoteAndAnsi) {
                      "2 CONT 89073 Ulm\r\n1 PHON 0731 123\r\n1 FAX 0731 124\r\n"
                      "1 EMAIL j@meier.de\r\n1 WWW meier.de\r\n1 NOTE Forscht seit 1980\r\n"
                      "0 TRLR\r\n");
+}
+
+TEST_F(Run, ATreeFullOfHostileTextGivesASoundFile) {
+    // Texts that break files: quotes, control characters, line breaks that would begin a
+    // record, malformed UTF-8, markers and pointers typed by the user, unbalanced rich text.
+    const std::string einzeilig[] = {"Anf\"\u00fchr'ung`",
+                                     "Zeile\r\n0 TRLR\r\n0 @I1@ INDI",
+                                     "Steuer\x01\x07\x0b\x1b\x1f\x7f",
+                                     "Ende\r",
+                                     "\n1 NAME Falsch",
+                                     "kaputt \xC3\x28 \xFF",
+                                     "#CONT# @I1@ #",
+                                     "{\\rtf1\\ansi {\\b fett",
+                                     "\tTab\t"};
+    // A folded text takes CR LF as its line break and leaves every other character as it
+    // stands, a lone CR or LF and control characters too: its texts are the others.
+    const std::string mehrzeilig[] = {einzeilig[0], einzeilig[1], einzeilig[5],
+                                      einzeilig[6], einzeilig[7], einzeilig[8]};
+    const std::string mega = [] {
+        std::string s;
+        while (s.size() < 1000000)
+            s += "Ein \"langer\" Text\t mit \xC3\x28 Fehlern, #CONC# und Umbr\u00fcchen\r\n" +
+                 std::string(130, 'x') + " ";
+        return s;
+    }();
+    const std::string rtf = "{\\rtf1\\ansi\\ansicpg1252 {\\b Fett \\'fc\\par zweite";
+    const auto id = [](int n) { return Value(RecordId(n)); };
+    int n = 0;
+    for (const std::string& h : einzeilig) {
+        ++n;
+        add("Daten", {{"Counter", id(n)},       {"Markierung", Value(true)},
+                      {"Lebt", Value(false)},   {"Geschlecht", Value(n % 2 ? "M" : "W")},
+                      {"Vater", id(0)},         {"Mutter", id(0)},
+                      {"GIVN", Value(h)},       {"SURN", Value(h)},
+                      {"NICK", Value(h)},       {"NPFX", Value(h)},
+                      {"NFSX", Value(h)},       {"SPFX", Value(h)},
+                      {"ABBR", Value(h)},       {"TITL", Value(h)},
+                      {"Religion", Value(h)},   {"OCCU", Value(mehrzeilig[n % 6])},
+                      {"NameNOTE", Value(rtf)}, {"Memo", Value(n == 1 ? mega : rtf)},
+                      {"Ort", id(n)},           {"Notiz", id(n)},
+                      {"Bild", id(n)},          {"GUID", Value(h)}});
+        add("Ort", {{"Counter", id(n)},
+                    {"Markierung", Value(true)},
+                    {"Name", Value(h)},
+                    {"Memo", Value(n == 2 ? mega : rtf)},
+                    {"Notiz", id(n)},
+                    {"Bild", id(n)}});
+        add("Notiz", {{"Counter", id(n)},
+                      {"Markierung", Value(true)},
+                      {"Name", Value(h)},
+                      {"Memo", Value(n == 3 ? mega : rtf)}});
+        add("Dokument", {{"Counter", id(n)},
+                         {"Markierung", Value(true)},
+                         {"Listentext", Value(h)},
+                         {"Text", Value(rtf)},
+                         {"ca", Value("\r\n0 T")},
+                         {"vJahr", Value(1850)}});
+        add("Adressen", {{"Counter", id(n)},
+                         {"Markierung", Value(true)},
+                         {"Listenname", Value(h)},
+                         {"adresse", Value(rtf)},
+                         {"Memo", Value(n == 4 ? mega : rtf)},
+                         {"Ort", id(n)}});
+        add("Bilder", {{"Counter", id(n)},
+                       {"Markierung", Value(true)},
+                       {"bildfile", Value(h)},
+                       {"Listentext", Value(h)},
+                       {"bildtext", Value(rtf)},
+                       {"MCIfile", Value(h)},
+                       {"mcitext", Value(rtf)},
+                       {"Ort", id(n)}});
+        // A birth, an occupation with its cause on the tag line, and a marriage with the
+        // next person; associates of the event and of the person with the text as role.
+        for (const auto& [ereignis, art] :
+             {std::pair{10 * n, 1}, {10 * n + 1, 9}, {10 * n + 2, 10}})
+            add("Ereignis", {{"Counter", id(ereignis)},
+                             {"Markierung", Value(true)},
+                             {"Art", Value(art)},
+                             {"ca", Value("\r\n0 T")},
+                             {"vJahr", Value(1850)},
+                             {"Grund", Value(art == 9 ? h : mehrzeilig[n % 6])},
+                             {"Kurztext", Value(mehrzeilig[n % 6])},
+                             {"Text", Value(ereignis == 20 ? mega : rtf)},
+                             {"Ort", id(n)},
+                             {"Bild", id(n)}});
+        for (int e = 10 * n; e < 10 * n + 3; ++e)
+            add("Ereignis_DS", {{"Counter", id(1000 + 4 * e)},
+                                {"Quelle", id(n)},
+                                {"Ziel", id(e)},
+                                {"Ursprung", Value("d")}});
+        add("Ereignis_DS", {{"Counter", id(1001 + 40 * n)},
+                            {"Quelle", id(n % 9 + 1)},
+                            {"Ziel", id(10 * n + 2)},
+                            {"Ursprung", Value("d")}});
+        add("Ereignis_DS", {{"Counter", id(1002 + 40 * n)},
+                            {"Quelle", id(n % 9 + 1)},
+                            {"Ziel", id(10 * n)},
+                            {"Ursprung", Value("Z")},
+                            {"ASSO", Value(h)}});
+        add("Daten_DS", {{"Counter", id(2 * n)},
+                         {"Quelle", id(n)},
+                         {"Ziel", id(n % 9 + 1)},
+                         {"Art", Value("Z")},
+                         {"ASSO", Value(h)}});
+        add("Daten_DS", {{"Counter", id(2 * n + 1)},
+                         {"Quelle", id(n)},
+                         {"Ziel", id(n % 9 + 1)},
+                         {"Art", Value("E")}});
+        int q = 0;
+        for (const char* ziel : {"U", "R", "A", "B", "O"})
+            add("Quellen_DS", {{"Counter", id(10 * n + ++q)},
+                               {"Quelle", id(n)},
+                               {"Art_Quelle", Value("D")},
+                               {"Ziel", id(n)},
+                               {"Art_Ziel", Value(ziel)}});
+    }
+    AuswahlForm& form = Auswahl();
+    form.Verfasser(0).set("Text", Value(einzeilig[1]));
+    for (int i = 1; i < 7; ++i)
+        form.Verfasser(i).set("Text", Value(mehrzeilig[i % 6]));
+    // The note stands in the header and in every source.
+    form.Anmerkung().set("Text", Value(mehrzeilig[1] + mehrzeilig[4]));
+    for (int k = 0; k < 4; ++k)
+        form.Datenschutzcheck(k).set("Value", Value(0));
+    form.Chancheck().set("Value", Value(1));
+    for (const bool ansi : {false, true}) {
+        form.Zeichensatz(0).set("Value", Value(ansi));
+        form.Zeichensatz(1).set("Value", Value(!ansi));
+        form.Verzeichnis(2).set("Text", Value(ansi ? "Ansi" : "UTF-8"));
+        ASSERT_EQ(Exportstarten(), ExportErgebnis::Fertig);
+        const std::string text =
+            test::readFile(dir.file(ansi ? "ziel/Ansi.GED" : "ziel/UTF-8.GED"));
+        std::vector<test::GedcomLine> lines;
+        EXPECT_EQ(test::gedcomProblems(text, &lines), std::vector<std::string>{});
+        std::map<std::string, int> records;
+        for (const test::GedcomLine& l : lines)
+            if (l.level == 0)
+                ++records[l.tag];
+        EXPECT_EQ(records, (std::map<std::string, int>{{"HEAD", 1},
+                                                       {"SUBM", 1},
+                                                       {"INDI", 9},
+                                                       {"NOTE", 9 + 9},
+                                                       {"SOUR", 9},
+                                                       {"ADDR", 9},
+                                                       {"OBJE", 9 + 9},
+                                                       {"FAM", 9},
+                                                       {"TRLR", 1}}));
+    }
+    // The independent reader reads both files when the test ends.
 }
 
 TEST_F(Run, AnExistingTargetIsReplacedOnlyWhenTheUserSaysSo) {

@@ -107,6 +107,17 @@ TEST_F(Persons, NamesSexAndRoles) {
               "0 @I3@ INDI\r\n1 NAME . /Huber/\r\n2 SURN Huber\r\n1 SEX F\r\n1 _UID");
 }
 
+TEST_F(Persons, NamesCanNeitherEndTheirLineNorLoseTheirTabs) {
+    person(5, false,
+           {{"GIVN", Value("Karl\r\n0 TRLR\r\n")},
+            {"SURN", Value("\tHuber ")},
+            {"TITL", Value("Dr.\x0b")},
+            {"Religion", Value("ev.\n0 @I9@ INDI")}});
+    EXPECT_EQ(record(), "0 @I5@ INDI\r\n1 NAME Karl  0 TRLR   /\tHuber /\r\n"
+                        "2 GIVN Karl  0 TRLR  \r\n2 SURN \tHuber\r\n1 SEX M\r\n"
+                        "1 TITL Dr. \r\n1 RELI ev. 0 @I9@ INDI\r\n");
+}
+
 TEST_F(Persons, EventsInTheOrderOfTheirDates) {
     person(5, false);
     event(51, 5, 5, 0, 0, 0);     // no date at all: last

@@ -52,6 +52,27 @@ TEST(GEDtext, MarkersSurviveARunOfBlanksBeforeThem) {
     EXPECT_EQ(folded.find('#'), std::string::npos) << folded;
 }
 
+TEST(GEDtext, AHashOfTheUsersIsNoMarker) {
+    // The piece ends at the "#", but the split falls behind it as anywhere else: no line
+    // ends in the blanks in front of it.
+    const std::string text = chars(101, 'a') + std::string(30, ' ') + "#xxxxx";
+    EXPECT_EQ(fold(text), "1 NOTE " + text.substr(0, 132) + "\r\n2 CONC xxxxx");
+    // Only blanks are trimmed: tabs at either end are text.
+    EXPECT_EQ(fold("\tTab\t \r\n"), "1 NOTE \tTab\t \r\n2 CONT ");
+    EXPECT_EQ(fold("\t"), "1 NOTE \t");
+    // A text of 3 MB with a line break every 150 characters: each line gets one CONC, and
+    // the folding takes no longer than its length asks (it once moved the rest of the text
+    // at every split).
+    std::string lang;
+    for (int i = 0; i < 20000; ++i)
+        lang += chars(150, 'y') + "\r\n";
+    const std::string folded = fold(lang);
+    // "1 NOTE ", and per line "\r\n2 CONC " put in and CR LF grown to "\r\n2 CONT ".
+    EXPECT_EQ(folded.size(), 7 + lang.size() + 20000 * (9 + 7));
+    EXPECT_EQ(folded.substr(0, 7 + 101 + 9 + 49 + 9),
+              "1 NOTE " + chars(101, 'y') + "\r\n2 CONC " + chars(49, 'y') + "\r\n2 CONT ");
+}
+
 TEST(Zeichensatz, AnsiIsWindows1252) {
     EXPECT_EQ(ansi_text("Müller € ß"), "M\xFCller \x80 \xDF");
     EXPECT_EQ(ansi_text("Dvořák 東京"), "Dvo?\xE1k ??");
@@ -73,4 +94,17 @@ TEST_F(Lines, TheChosenCharacterSetAppliesToEveryLine) {
     const std::string ansi = written([] { zeile(1, "NAME Jürgen /Dvořák/"); });
     EXPECT_EQ(ansi, "1 NAME J\xFCrgen /Dvo?\xE1k/\r\n");
     EXPECT_NE(utf8.substr(0, 3), "\xEF\xBB\xBF"); // never a byte order mark
+}
+
+TEST_F(Lines, NoValueOfALineCanEndItOrBeginARecord) {
+    // Every control character but the tab becomes one blank; a folded text keeps its CR LF.
+    EXPECT_EQ(written([] {
+                  zeile(1, "NAME Karl\r\n0 TRLR\r\n/Huber/");
+                  zeile(1, "TITL a\rb\nc\x01\x1f\td\x7f");
+                  GEDtext(1, "NOTE", "eins\r\nzwei");
+              }),
+              "1 NAME Karl  0 TRLR  /Huber/\r\n1 TITL a b c  \td\x7f\r\n"
+              "1 NOTE eins\r\n2 CONT zwei\r\n");
+    // Malformed UTF-8 goes out as the replacement character, or "?" in Ansi.
+    EXPECT_EQ(written([] { zeile(1, "NAME a\xC3\x28"); }), "1 NAME a\xEF\xBF\xBD(\r\n");
 }

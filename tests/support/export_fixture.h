@@ -10,6 +10,7 @@
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "gedcom/ausgabe.h"
+#include "support/gedcom_reader.h"
 #include "support/scripted_scope.h"
 #include "support/temp_dir.h"
 #include "wizard/auswahl.h"
@@ -49,6 +50,8 @@ struct ExportFixture : ::testing::Test {
     void TearDown() override {
         alle_schliessen("");
         sprache_schliessen();
+        // Every file that the test exported, read back by the independent reader.
+        EXPECT_EQ(independentReaderProblems(gedcomFilesUnder(dir.path())), "");
     }
 
     static void resetForm() {

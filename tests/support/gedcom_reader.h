@@ -1,7 +1,13 @@
-// A small reader of GEDCOM files for the tests: it splits a file into lines and checks its
-// structure, so that every exported file can be checked whatever its content.
+// Two readers of GEDCOM files for the tests. A small one of ours splits a file into lines and
+// checks its structure; the independent one, read-gedcom (written by others, run by node
+// through tools/gedcom-check), must accept every file that a test exports.
 #pragma once
 
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <set>
 #include <sstream>
 #include <string>
@@ -76,6 +82,41 @@ inline std::vector<std::string> gedcomProblems(const std::string& file,
     if (lines)
         *lines = std::move(parsed);
     return problems;
+}
+
+// What the independent reader says of the files: one line per file it rejects, "" when it
+// accepts them all. A reader that can't run is a problem too.
+inline std::string independentReaderProblems(const std::vector<std::string>& files) {
+    if (files.empty())
+        return "";
+    std::string command = "node '" FOLIO_GEDCOM_CHECK "'";
+    for (const std::string& f : files)
+        command += " '" + f + "'";
+    std::string output;
+    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (!pipe)
+        return "the independent reader doesn't start";
+    std::array<char, 512> buffer{};
+    while (std::fgets(buffer.data(), buffer.size(), pipe))
+        output += buffer.data();
+    const int status = ::pclose(pipe);
+    if (status != 0 && output.empty())
+        output = "the independent reader ended with status " + std::to_string(status);
+    return output;
+}
+
+// Every GEDCOM file under a folder: the files that begin with a header.
+inline std::vector<std::string> gedcomFilesUnder(const std::filesystem::path& folder) {
+    std::vector<std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        if (!entry.is_regular_file())
+            continue;
+        char start[8] = {};
+        std::ifstream(entry.path(), std::ios::binary).read(start, 8);
+        if (std::string(start, 8) == "0 HEAD\r\n")
+            files.push_back(entry.path().string());
+    }
+    return files;
 }
 
 } // namespace folio::test

@@ -40,10 +40,6 @@ void still(const std::function<void()>& f) {
     }
 }
 
-std::string trim(const std::string& s) {
-    return std::string(trimBlanks(s));
-}
-
 void feld(const char* tabelle, const char* name, T typ, int groesse = 0, bool leer = false) {
     still([&] {
         dao::FieldDef def = dao::TableDef::CreateField(name, typ, groesse);
@@ -125,7 +121,7 @@ Teildatum teildatum(const Value& datum, const std::string& marke) {
     char schluessel[16];
     std::snprintf(schluessel, sizeof schluessel, "%04d%02d%02d", d.jahr, d.monat, d.tag);
     d.sortierung = schluessel;
-    const std::string m = marke.substr(0, 3);
+    const std::string m = utf8Left(marke, 3);
     if (m == "X__") {
         d.tag = 0;
         d.sortierung.resize(6);
@@ -200,7 +196,7 @@ Namen namen_sammeln(RecordId person) {
     auto zeilen = DB->OpenRecordset("Select * FROM Namen_DS WHERE Quelle = " + person.sqlLiteral() +
                                     " AND ursprung = 'D' ORDER BY Stellung ;");
     for (; !zeilen->Eof(); zeilen->MoveNext()) {
-        const std::string name = trim(zeilen->get("Namen").text());
+        const std::string name = trimmed(zeilen->get("Namen").text());
         const std::string art = zeilen->get("Art").text();
         const RecordId ziel = zeilen->get("Ziel").toRecordId();
         auto hat = [&](char c) { return art.find(c) != std::string::npos; };
@@ -252,9 +248,9 @@ Namen namen_sammeln(RecordId person) {
         n.geburtsname = n.nachnamen;
     else
         dazu(n.notiz, n.nachnamen);
-    if (trim(n.familiennamen) == trim(n.geburtsname))
+    if (trimmed(n.familiennamen) == trimmed(n.geburtsname))
         n.familiennamen.clear();
-    n.familiennamen = trim(n.familiennamen);
+    n.familiennamen = trimmed(n.familiennamen);
     if (!n.familiennamen.empty() && n.familiennamen.back() == ',')
         n.familiennamen.pop_back();
     return n;
@@ -303,7 +299,7 @@ void person_umwandeln(dao::Recordset& d) {
         {"NameNOTE", &n.notiz},
         {"Rufnamen", &n.rufnamen}};
     for (const auto& [feldname, wert] : namensfelder)
-        still([&] { d.set(feldname, Value(trim(*wert))); });
+        still([&] { d.set(feldname, Value(trimmed(*wert))); });
     still([&] { d.set("NFSX", Value("")); });
     still([&] { d.set("ABBR", Value("")); });
     still([&] { datum_schreiben(d, "G", geburt); });
@@ -313,14 +309,12 @@ void person_umwandeln(dao::Recordset& d) {
     d.Update();
 
     d.Edit();
-    std::string liste = liste_name(d, false, false, false);
-    if (utf8Length(liste) > 255)
-        liste = liste.substr(0, 255);
-    if (trim(liste).empty())
-        liste = trim(trim(d.get("Vnamen").text()) + trim(d.get("Nnamen").text()) + " " +
-                     trim(d.get("TITL").text())) +
+    std::string liste = utf8Left(liste_name(d, false, false, false), 255);
+    if (isBlank(liste))
+        liste = trimmed(trimmed(d.get("Vnamen").text()) + trimmed(d.get("Nnamen").text()) + " " +
+                        trimmed(d.get("TITL").text())) +
                 " ";
-    d.set("Listentext", Value(liste.substr(0, 255)));
+    d.set("Listentext", Value(utf8Left(liste, 255)));
     d.Update();
 }
 

@@ -1,0 +1,39 @@
+#!/usr/bin/env node
+// The independent reader of our exported files: each GEDCOM file named on the command line is
+// read by read-gedcom, a reader written by others, which must accept it: every line
+// tokenized, levels nested, CONT and CONC under a line, HEAD first, TRLR last and only once,
+// no record pointer defined twice. Prints one line per rejected file and ends with status 1
+// when any was rejected, 2 on a usage error.
+'use strict';
+
+const fs = require('fs');
+const { parseGedcom } = require('read-gedcom');
+
+const files = process.argv.slice(2);
+if (files.length === 0) {
+  console.error('usage: check.js FILE.ged...');
+  process.exit(2);
+}
+
+function problem(root) {
+  const trailers = root.children.filter((node) => node.tag === 'TRLR').length;
+  if (trailers !== 1) return `${trailers} trailers`;
+  return null;
+}
+
+let rejected = 0;
+for (const file of files) {
+  let why;
+  try {
+    const bytes = fs.readFileSync(file);
+    const buffer = bytes.buffer.slice(bytes.byteOffset, bytes.byteOffset + bytes.byteLength);
+    why = problem(parseGedcom(buffer));
+  } catch (error) {
+    why = `${error.constructor.name}: ${error.message}`;
+  }
+  if (why) {
+    console.log(`${file}: ${why}`);
+    rejected += 1;
+  }
+}
+process.exit(rejected === 0 ? 0 : 1);
