@@ -1,7 +1,12 @@
 #include "export_befehl.h"
 
+#include "database/abbruch.h"
+#include "database/connection_setup.h"
+#include "database/dateiversion.h"
+#include "database/engine.h"
 #include "database/errors.h"
 #include "database/oeffnen.h"
+#include "database/schema/schema.h"
 #include "database/tabellen.h"
 #include "database/text_util.h"
 #include "frame/fenster.h"
@@ -9,6 +14,7 @@
 #include "frame/meldung.h"
 #include "frame/platform.h"
 #include "frame/sprache.h"
+#include "frame/start.h"
 #include "frame/terminal_platform.h"
 #include "gedcom/datum.h"
 #include "gedcom/export.h"
@@ -17,8 +23,12 @@
 #include "wizard/personengrid.h"
 #include "wizard/seiten.h"
 
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <unistd.h>
 
 namespace folio::cli {
@@ -48,41 +58,110 @@ bool datenschutz_lesen(const std::string& liste, bool (&boxen)[4]) {
 }
 
 void fehler(const std::string& text, const std::string& was = "") {
-    meldung(text + (was.empty() ? "" : "\n  " + was), StilFehler, Produktname);
+    meldung(text + (was.empty() ? "" : "\n" + was), StilFehler, Produktname);
 }
 
-// Opens the family tree through the program's one road to a database, which brings an
-// older file to the current version (an old extension on a copy beside it). `pfad` then
-// names the file that is open. A file that isn't one leaves nothing open.
-Ausgang datenbank_laden(std::string& pfad) {
-    std::error_code ec;
-    const fs::path ganz = fs::absolute(pfad);
-    if (fs::is_directory(ganz, ec)) {
-        fehler(sprachtext("9803 Diese Datei lässt sich nicht als Stammbaum-Datenbank öffnen:"),
-               pfad);
-        return KeineStammbaumDatenbank;
+void hinweis(const std::string& text) {
+    meldung(text, StilInfo, Produktname);
+}
+
+// A failure of the database as a sentence the user understands, with the engine's words
+// behind it, and the exit status that says what kind of failure it was.
+Ausgang datenbankfehler(const Error& e, const std::string& datei) {
+    const std::string text = e.what();
+    auto satz = [&](const char* schluessel, Ausgang a) {
+        fehler(sprachtext(schluessel) + " " + datei, text);
+        return a;
+    };
+    switch (e.number()) {
+    case err::FileInUse:
+        return satz("9821 Die Datenbank wird von einem anderen Programm benutzt:",
+                    DatenbankInBenutzung);
+    case err::ReadOnly:
+        return satz("9822 Die Datenbank ist schreibgeschützt:", ExportFehlgeschlagen);
+    case err::DiskFull:
+        return satz("9824 Der Datenträger ist voll:", ExportFehlgeschlagen);
+    case err::DatabaseDamaged:
+        return satz("9825 Die Datenbank ist beschädigt:", KeineStammbaumDatenbank);
+    case err::NotADatabase:
+    case err::CannotOpenFile:
+    case err::FileNotFound:
+        return satz("9803 Diese Datei lässt sich nicht als Stammbaum-Datenbank öffnen:",
+                    KeineStammbaumDatenbank);
+    case err::TableNotFound:
+    case err::ItemNotFound:
+        return satz("9823", KeineStammbaumDatenbank);
+    default:
+        if (text.find("no such table") != std::string::npos ||
+            text.find("no such column") != std::string::npos)
+            return satz("9823", KeineStammbaumDatenbank);
+        return satz("9801", ExportFehlgeschlagen);
     }
-    // The opening would take the sample database in place of a write-protected file.
-    if (schreibgeschuetzt(ganz.string())) {
-        meldung(schreibschutz_meldung(ganz.string(), false, false), StilFehler, EigenerProduktname);
-        return DatenbankSchreibgeschuetzt;
+}
+
+// A folder of this run alone, for a private copy of a tree that may not be written; it goes
+// with everything in it when the run ends.
+class PrivaterOrdner {
+public:
+    PrivaterOrdner() {
+        std::string muster = (fs::temp_directory_path() / "folioexport-XXXXXX").string();
+        if (!::mkdtemp(muster.data()))
+            throw Error(err::CannotOpenFile, "No private folder for a copy of the tree in " +
+                                                 fs::temp_directory_path().string() + ": " +
+                                                 std::strerror(errno));
+        pfad_ = muster;
     }
-    std::string ordner = ganz.parent_path().string(), datei = ganz.filename().string();
+    ~PrivaterOrdner() {
+        std::error_code ec;
+        fs::remove_all(pfad_, ec);
+    }
+    PrivaterOrdner(const PrivaterOrdner&) = delete;
+    PrivaterOrdner& operator=(const PrivaterOrdner&) = delete;
+    const fs::path& pfad() const { return pfad_; }
+
+private:
+    fs::path pfad_;
+};
+
+// The run may write to the tree (inside its transaction) and to its folder (the journal).
+bool beschreibbar(const fs::path& datei) {
+    return !schreibgeschuetzt(datei.string()) && ::access(datei.parent_path().c_str(), W_OK) == 0;
+}
+
+// What alle_schliessen is given to close a tree and nothing else (the language texts and
+// the side databases stay open): its path without the extension, which also names the
+// files of its older extensions that an upgrade opens.
+std::string baum(const fs::path& datei) {
+    return (datei.parent_path() / datei.stem()).string();
+}
+
+bool endet_auf(const fs::path& datei, std::string_view endung) {
+    return equalsNoCase(datei.extension().string(), endung);
+}
+
+// Brings a tree of an older version to the current one, through the program's one road to
+// a database; the upgrade is the one change that a run makes to a tree, and it is committed
+// before the export begins. `datei` then names the upgraded file (an old extension is
+// upgraded on a copy beside it).
+Ausgang aktualisieren(fs::path& datei) {
+    std::string ordner = datei.parent_path().string(), name = datei.filename().string();
     // While a database opens, Programmpfad stands for the host's folder, where the template
     // lies.
     const std::string programmpfad = Programmpfad;
     Programmpfad = Stammpfad;
     Geoeffnet ergebnis;
     try {
-        ergebnis = datenbank_oeffnen(ordner, datei, false, false);
+        ergebnis = datenbank_oeffnen(ordner, name, false, false);
     } catch (...) {
         Programmpfad = programmpfad;
+        alle_schliessen(baum(datei));
         throw;
     }
     Programmpfad = programmpfad;
+    alle_schliessen(baum(datei));
     if (ergebnis != Geoeffnet::Ja)
         return KeineStammbaumDatenbank;
-    pfad = pfad_verbinden(ordner, datei);
+    datei = fs::path(pfad_verbinden(ordner, name));
     return Fertig;
 }
 
@@ -189,18 +268,32 @@ void zusammenfassung_drucken() {
     std::cout.flush();
 }
 
-// Where the bar of the terminal takes its state from: the closure's bar while it runs,
-// then the run's.
-void fortschritt_anzeigen(bool huelle) {
+// What the bar of the terminal shows while a stage runs.
+enum class Stufe { Oeffnen, Huelle, Export };
+
+// Where the bar takes its state from: the upgrade's form while a tree is opened, the
+// closure's bar while it runs, then the run's.
+void fortschritt_anzeigen(Stufe stufe) {
     auto* terminal = dynamic_cast<TerminalPlatform*>(&platform());
     if (!terminal)
         return;
-    terminal->fortschritt_quelle([huelle]() -> std::optional<Fortschrittsstand> {
+    terminal->fortschritt_quelle([stufe]() -> std::optional<Fortschrittsstand> {
         AuswahlForm& form = Auswahl();
-        if (huelle) {
+        switch (stufe) {
+        case Stufe::Oeffnen: {
+            FortschrittForm& f = Fortschrittfrm();
+            if (!f.geladen())
+                return std::nullopt;
+            return Fortschrittsstand{f.steuerelement("Info").text("Caption"),
+                                     f.steuerelement("Update").get("Value").toInt(), 100};
+        }
+        case Stufe::Huelle: {
             Control& balken = form.Personen_fortschritt();
             return Fortschrittsstand{form.control("Label1").text("Caption"),
                                      balken.get("Value").toInt(), balken.get("Max").toInt()};
+        }
+        case Stufe::Export:
+            break;
         }
         std::string text = form.Fortschritttext().text("Text");
         text.erase(text.find_last_not_of("\r\n .") + 1);
@@ -217,12 +310,6 @@ void fortschritt_beenden() {
         terminal->fortschritt_quelle(nullptr);
     }
 }
-
-// The marks of the database go back to what they were when it was opened, whatever
-// happens in between, as when the wizard closes.
-struct MarkierungenZurueck {
-    ~MarkierungenZurueck() { markierungen_zurueckholen(); }
-};
 
 } // namespace
 
@@ -291,6 +378,16 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
             o.anmerkung = w;
         } else if (a == "--overwrite") {
             o.ueberschreiben = true;
+        } else if (a == "--wait") {
+            if (!wert(w))
+                return std::nullopt;
+            const std::optional<RecordId> sekunden = RecordId::parse(w);
+            if (!sekunden || w.find_first_not_of("0123456789") != std::string::npos ||
+                w.size() > 6) {
+                fehler = sprachtext("9819 Ungültiger Wert:") + " --wait " + w;
+                return std::nullopt;
+            }
+            o.warten = std::stoi(w);
         } else if (!a.empty() && a[0] == '-') {
             fehler = sprachtext("9813 Unbekannte Option:") + " " + a;
             return std::nullopt;
@@ -319,69 +416,153 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
     return o;
 }
 
+namespace {
+
+// The tree that the run reads: where X.SF5 is given and X.SF6 stands beside it from an
+// earlier conversion, the opening takes X.SF6 (the old file is never converted twice), and
+// the user is told so.
+fs::path datei_der_sitzung(const fs::path& gegeben) {
+    if (!endet_auf(gegeben, ".SF5"))
+        return gegeben;
+    fs::path umgewandelt = gegeben;
+    umgewandelt.replace_extension(".SF6");
+    std::error_code ec;
+    if (!fs::is_regular_file(umgewandelt, ec))
+        return gegeben;
+    hinweis(sprachtext("9826 Exportiert wird die früher umgewandelte Datei:") + " " +
+            umgewandelt.string() + "\n" + sprachtext("9827 Die alte Datei bleibt, wie sie ist:") +
+            " " + gegeben.string());
+    return umgewandelt;
+}
+
+// A tree that this program doesn't know is refused before anything is written to it.
+Ausgang version_pruefen(const fs::path& datei, bool& aelter) {
+    const Dateiversion v = dateiversion_lesen(datei.string());
+    aelter = v.art == Versionsart::Aelter || !endet_auf(datei, ".SF6");
+    if (v.art == Versionsart::Neuer) {
+        fehler(sprachtext("9828") + " " + datei.string(),
+               "Versionname " + v.name + ", " + sprachtext("9830 dieses Programm kennt bis") + " " +
+                   std::string(schema::CurrentVersion));
+        return UnbekannteVersion;
+    }
+    if (v.art == Versionsart::Unbekannt) {
+        fehler(sprachtext("9829") + " " + datei.string(), "Versionname \"" + v.name + "\"");
+        return UnbekannteVersion;
+    }
+    return Fertig;
+}
+
+// Selection, closure and export, on the open tree, as the wizard's pages would run them.
+Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) {
+    AuswahlForm& form = Auswahl();
+    markierungen_sichern();
+    form.verknuepfungen_aktuell = false;
+    if (const Ausgang a = personen_waehlen(o); a != Fertig)
+        return a;
+    fortschritt_anzeigen(Stufe::Huelle);
+    seite_gewechselt(2, 3);
+    fortschritt_beenden();
+    seite_gewechselt(3, 4);
+    optionen_setzen(o);
+    seite_gewechselt(4, 5);
+    zusammenfassung_drucken();
+
+    form.Verzeichnis(1).set("Text", Value(ziel.parent_path().string()));
+    form.Verzeichnis(2).set("Text", Value(ziel.stem().string()));
+    fortschritt_anzeigen(Stufe::Export);
+    const ExportErgebnis ergebnis = export_ausfuehren(ziel.string());
+    fortschritt_beenden();
+    if (ergebnis != ExportErgebnis::Fertig)
+        return ExportFehlgeschlagen;
+    std::cout << sprachtext("9809 Die GEDCOM-Datei ist geschrieben:") << " " << ziel.string()
+              << "\n";
+    return Fertig;
+}
+
+// The run on a tree of the current version. Everything it writes to the tree (the marks of
+// the selection and the closure, the author's data of the fourth page) happens inside one
+// transaction that is never committed: SQLite rolls it back when the run ends, however it
+// ends, and after a crash or a kill when the file is next opened. So the tree stays as it
+// was by construction.
+Ausgang lauf(const ExportOptionen& o, const fs::path& datei, const fs::path& ziel) {
+    DB = dao::OpenDatabase(datei.string());
+    Ausgang ausgang;
+    {
+        dao::Transaction nie_festgeschrieben(*DB);
+        tabellen_oeffnen();
+        AuswahlForm& form = Auswahl();
+        form.Verzeichnis(0).set("Text", Value(datei.parent_path().string()));
+        form.Datei(0).set("FileName", Value(datei.filename().string()));
+        ausgang = auswaehlen_und_schreiben(o, ziel);
+    }
+    alle_schliessen(baum(datei));
+    return ausgang;
+}
+
+} // namespace
+
 Ausgang exportieren(const ExportOptionen& o) {
+    // A tree that another program holds is waited for, and the user learns what for.
+    wartezeit_setzen(std::chrono::seconds(o.warten), [](const std::string& datei) {
+        hinweis(sprachtext("9834 Ein anderes Programm benutzt die Datenbank; es wird gewartet:") +
+                " " + datei);
+    });
     AuswahlForm& form = Auswahl();
     formular_uebersetzen(form);
     // The table of date modifiers, once for the form, from the program's own folder (the
     // opening of a tree lends Programmpfad to the host's folder for a while).
     gedcom_zusaetze_laden(form);
     form.set("MousePointer", Value(MausNormal));
-    std::string datenbank_pfad = o.datenbank;
     std::error_code ec;
-    if (!fs::exists(datenbank_pfad, ec)) {
-        fehler(sprachtext("9802 Diese Datenbank gibt es nicht:"), datenbank_pfad);
+    if (!fs::exists(o.datenbank, ec)) {
+        fehler(sprachtext("9802 Diese Datenbank gibt es nicht:") + " " + o.datenbank);
         return DatenbankFehlt;
+    }
+    if (fs::is_directory(o.datenbank, ec)) {
+        fehler(sprachtext("9803") + " " + o.datenbank);
+        return KeineStammbaumDatenbank;
     }
     if (const Ausgang a = ziel_pruefen(o); a != Fertig)
         return a;
+    const fs::path ziel = fs::absolute(o.ziel);
+
+    fs::path datei = datei_der_sitzung(fs::absolute(o.datenbank));
+    std::optional<PrivaterOrdner> privat;
     try {
-        if (const Ausgang a = datenbank_laden(datenbank_pfad); a != Fertig)
+        bool aelter = false;
+        if (const Ausgang a = version_pruefen(datei, aelter); a != Fertig)
             return a;
-    } catch (const std::exception& e) {
-        fehler(sprachtext("9803 Diese Datei lässt sich nicht als Stammbaum-Datenbank öffnen:"),
-               o.datenbank + "\n  " + e.what());
-        alle_schliessen(o.datenbank);
-        return KeineStammbaumDatenbank;
-    }
-    const fs::path datenbank = datenbank_pfad;
-    form.Verzeichnis(0).set("Text", Value(datenbank.parent_path().string()));
-    form.Datei(0).set("FileName", Value(datenbank.filename().string()));
-
-    const Ausgang ausgang = [&] {
-        try {
-            MarkierungenZurueck zurueck;
-            markierungen_sichern();
-            form.verknuepfungen_aktuell = false;
-            if (const Ausgang a = personen_waehlen(o); a != Fertig)
-                return a;
-
-            fortschritt_anzeigen(true);
-            seite_gewechselt(2, 3);
-            fortschritt_beenden();
-            seite_gewechselt(3, 4);
-            optionen_setzen(o);
-            seite_gewechselt(4, 5);
-            zusammenfassung_drucken();
-
-            const fs::path ziel = fs::absolute(o.ziel);
-            form.Verzeichnis(1).set("Text", Value(ziel.parent_path().string()));
-            form.Verzeichnis(2).set("Text", Value(ziel.stem().string()));
-            fortschritt_anzeigen(false);
-            const ExportErgebnis ergebnis = export_ausfuehren(ziel.string());
-            fortschritt_beenden();
-            if (ergebnis != ExportErgebnis::Fertig)
-                return ExportFehlgeschlagen;
-            std::cout << sprachtext("9809 Die GEDCOM-Datei ist geschrieben:") << " "
-                      << ziel.string() << "\n";
-            return Fertig;
-        } catch (const std::exception& e) {
-            fortschritt_beenden();
-            fehler(sprachtext("9801"), e.what());
-            return ExportFehlgeschlagen;
+        // A tree that may not be written is exported all the same, from a copy of its own.
+        if (!beschreibbar(datei)) {
+            privat.emplace();
+            const fs::path kopie = privat->pfad() / datei.filename();
+            fs::copy_file(datei, kopie);
+            fs::permissions(kopie, fs::perms::owner_read | fs::perms::owner_write);
+            hinweis(sprachtext("9831") + " " + datei.string());
+            datei = kopie;
         }
-    }();
-    alle_schliessen(datenbank_pfad);
-    return ausgang;
+        if (aelter) {
+            fortschritt_anzeigen(Stufe::Oeffnen);
+            const Ausgang a = aktualisieren(datei);
+            fortschritt_beenden();
+            if (a != Fertig)
+                return a;
+        }
+        return lauf(o, datei, ziel);
+    } catch (const Abbruch&) {
+        fortschritt_beenden();
+        alle_schliessen(baum(datei));
+        throw;
+    } catch (const Error& e) {
+        fortschritt_beenden();
+        alle_schliessen(baum(datei));
+        return datenbankfehler(e, datei.string());
+    } catch (const std::exception& e) {
+        fortschritt_beenden();
+        alle_schliessen(baum(datei));
+        fehler(sprachtext("9801"), e.what());
+        return ExportFehlgeschlagen;
+    }
 }
 
 } // namespace folio::cli

@@ -22,7 +22,10 @@ enum Ausgang {
     ZielVorhanden = 7,
     ZielNichtBeschreibbar = 8,
     PersonUnbekannt = 9,
-    DatenbankSchreibgeschuetzt = 10,
+    // 10 is no longer used: a write-protected tree is exported from a private copy.
+    DatenbankInBenutzung = 11,
+    UnbekannteVersion = 12,
+    // A run stopped by a signal ends with 128 + the signal's number (130, 143).
 };
 
 enum class Auswahlart { Markierte, Alle, Personen };
@@ -39,6 +42,8 @@ struct ExportOptionen {
     bool aenderungsdatum = false;
     std::optional<std::string> anmerkung;
     bool ueberschreiben = false;
+    // How long to wait for a tree that another program holds, in seconds.
+    int warten = 30;
 };
 
 // Reads the arguments behind "export"; on a mistake, returns nothing and says in `fehler`
@@ -47,7 +52,8 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
                                              std::string& fehler);
 
 // Runs the export and returns the exit status. Messages go to the platform (the terminal),
-// the summary of the selection to standard output.
+// the summary of the selection to standard output. A stop asked for by a signal raises
+// Abbruch once the tree and the target are as they were.
 Ausgang exportieren(const ExportOptionen& optionen);
 
 } // namespace folio::cli

@@ -1,5 +1,6 @@
 #include "database/connection_setup.h"
 
+#include "database/abbruch.h"
 #include "database/errors.h"
 #include "database/jet_like.h"
 
@@ -7,6 +8,7 @@
 
 #include <cstring>
 #include <memory>
+#include <thread>
 
 namespace folio {
 
@@ -79,7 +81,40 @@ void likeFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
     }
 }
 
+struct Warten {
+    std::chrono::milliseconds hoechstens{2000};
+    std::function<void(const std::string&)> ansage;
+};
+
+Warten& warten() {
+    static Warten w;
+    return w;
+}
+
+// SQLite calls this while another connection holds the lock it needs; `count` counts the
+// calls of one wait from 0. Returning 0 ends the wait with SQLITE_BUSY.
+int besetzt(void* db, int count) {
+    constexpr auto Schritt = std::chrono::milliseconds(50);
+    const Warten& w = warten();
+    if (abbruch_angefordert() || count * Schritt >= w.hoechstens)
+        return 0;
+    if (count == 0 && w.ansage)
+        w.ansage(sqlite3_db_filename(static_cast<sqlite3*>(db), "main"));
+    std::this_thread::sleep_for(Schritt);
+    return 1;
+}
+
+// Called every thousand steps of a statement: a stop asked for interrupts it.
+int fortschritt(void*) {
+    return abbruch_angefordert() != 0;
+}
+
 } // namespace
+
+void wartezeit_setzen(std::chrono::milliseconds hoechstens,
+                      std::function<void(const std::string& datei)> ansage) {
+    warten() = {hoechstens, std::move(ansage)};
+}
 
 void setUpConnection(sqlite::Connection& connection) {
     sqlite3* db = connection.get();
@@ -96,7 +131,8 @@ void setUpConnection(sqlite::Connection& connection) {
                                         likeFunction, nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK)
         sqlite::raise(db, rc, connection.path(), "LIKE");
-    sqlite3_busy_timeout(db, 2000);
+    sqlite3_busy_handler(db, besetzt, db);
+    sqlite3_progress_handler(db, 1000, fortschritt, nullptr);
     connection.exec("PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY; "
                     "PRAGMA mmap_size = 268435456; PRAGMA synchronous = NORMAL");
 }

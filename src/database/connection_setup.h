@@ -5,9 +5,19 @@
 
 #include "database/sqlite_handle.h"
 
+#include <chrono>
+#include <functional>
+#include <string>
+
 namespace folio {
 
 void setUpConnection(sqlite::Connection& connection);
+
+// How long a connection opened from now on waits for a file that another program holds
+// locked, before the statement fails as "in use"; and whom it tells, once per wait, which
+// file it waits for (nobody by default). A stop asked for ends the wait at once.
+void wartezeit_setzen(std::chrono::milliseconds hoechstens,
+                      std::function<void(const std::string& datei)> ansage = nullptr);
 // Compares two texts as the connection's NOCASE does: <0, 0, >0.
 int compareNoCase(std::string_view a, std::string_view b);
 

@@ -45,6 +45,7 @@ inline constexpr int ItemNotFound = 3265;
 inline constexpr int IndexedField = 3280;
 inline constexpr int ZeroLengthString = 3315;
 inline constexpr int NotADatabase = 3343;
+inline constexpr int DatabaseDamaged = 3049;
 inline constexpr int AlreadyOpen = 3356;
 inline constexpr int ObjectClosed = 3420;
 inline constexpr int ConversionError = 3421;

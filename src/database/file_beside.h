@@ -3,7 +3,10 @@
 // half-written file behind.
 #pragma once
 
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
+#include <unistd.h>
 
 namespace folio {
 
@@ -23,13 +26,27 @@ public:
 
     // Where to write.
     const std::filesystem::path& path() const { return temp_; }
-    // Replaces the target by the written file. Throws std::filesystem::filesystem_error.
+    // Replaces the target by the written file, once the file's bytes are on the disk, and
+    // makes the new name durable too. Throws std::filesystem::filesystem_error.
     void putInPlace() {
+        sync(temp_);
         std::filesystem::rename(temp_, target_);
         placed_ = true;
+        sync(target_.parent_path().empty() ? "." : target_.parent_path());
     }
 
 private:
+    static void sync(const std::filesystem::path& path) {
+        const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        const bool ok = fd >= 0 && ::fsync(fd) == 0;
+        const int error = errno;
+        if (fd >= 0)
+            ::close(fd);
+        if (!ok)
+            throw std::filesystem::filesystem_error(
+                "cannot write to the disk", path, std::error_code(error, std::generic_category()));
+    }
+
     void removeTemp() noexcept {
         std::error_code ec;
         std::filesystem::remove(temp_, ec);

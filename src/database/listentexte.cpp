@@ -2,6 +2,7 @@
 
 #include "database/date_time.h"
 #include "database/engine.h"
+#include "database/errors.h"
 #include "database/recordset.h"
 #include "database/text_util.h"
 #include "frame/globals.h"
@@ -21,7 +22,7 @@ namespace {
 void fehler_ignorieren(const std::function<void()>& f) {
     try {
         f();
-    } catch (...) {
+    } catch (const Error&) {
     }
 }
 

@@ -1,5 +1,6 @@
 #include "database/sqlite_handle.h"
 
+#include "database/abbruch.h"
 #include "database/errors.h"
 
 #include <utility>
@@ -17,6 +18,8 @@ int errorNumber(int rc) {
         return err::DiskFull;
     case SQLITE_NOTADB:
         return err::NotADatabase;
+    case SQLITE_CORRUPT:
+        return err::DatabaseDamaged;
     case SQLITE_CANTOPEN:
         return err::CannotOpenFile;
     case SQLITE_CONSTRAINT:
@@ -29,6 +32,9 @@ int errorNumber(int rc) {
 }
 
 void raise(sqlite3* db, int rc, const std::string& file, const std::string& statement) {
+    // A statement interrupted because a stop was asked for: the work unwinds as stopped.
+    if ((rc & 0xff) == SQLITE_INTERRUPT)
+        abbruch_pruefen();
     const int extended = db ? sqlite3_extended_errcode(db) : rc;
     std::string message = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
     switch (rc & 0xff) {
@@ -44,6 +50,9 @@ void raise(sqlite3* db, int rc, const std::string& file, const std::string& stat
         break;
     case SQLITE_NOTADB:
         message = "'" + file + "' is not a family-tree database (" + message + ")";
+        break;
+    case SQLITE_CORRUPT:
+        message = "The database '" + file + "' is damaged (" + message + ")";
         break;
     default:
         message += " in '" + file + "'";

@@ -1,6 +1,7 @@
 #include "frame/sprache.h"
 
 #include "database/engine.h"
+#include "database/errors.h"
 #include "database/recordset.h"
 #include "database/text_util.h"
 #include "frame/form.h"
@@ -73,7 +74,7 @@ std::string sprachtext(const std::string& schluessel) {
             if (ergebnis.empty())
                 ergebnis = rs.get("Deutsch").text();
         }
-    } catch (...) {
+    } catch (const Error&) {
     }
     if (ergebnis.find('#') != std::string::npos) {
         replaceAll(ergebnis, "#PROGNAME#", Produktname);
@@ -98,7 +99,7 @@ namespace {
 void schritt(const std::function<void()>& f) {
     try {
         f();
-    } catch (...) {
+    } catch (const Error&) {
     }
 }
 

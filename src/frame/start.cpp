@@ -103,6 +103,16 @@ std::string erster_eintrag(const std::string& datei) {
     return std::string(trimWhitespace(text.substr(i, end == std::string::npos ? end : end - i)));
 }
 
+std::string sprache_des_gebietsschemas() {
+    // The first of the variables that is set decides, as for the messages of any program.
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* wert = std::getenv(name);
+        if (wert && *wert)
+            return std::string_view(wert).starts_with("de") ? "Deutsch" : "English";
+    }
+    return "English";
+}
+
 namespace {
 
 std::string laufendes_programm_ordner() {
@@ -152,8 +162,10 @@ StartErgebnis programm_starten(StartForm& start, const std::string& programmpfad
     start.set("Visible", Value(true));
     platform().doEvents();
 
-    // 6. Language and short help.
-    Sprache = ini_lesen(programm_ini(), "Ansicht", "Sprache", "Deutsch");
+    // 6. Language and short help. With no language stored, the user's locale decides.
+    Sprache = ini_lesen(programm_ini(), "Ansicht", "Sprache", "");
+    if (Sprache.empty())
+        Sprache = sprache_des_gebietsschemas();
     Kurzhilfe = static_cast<std::int16_t>(
         numericValue(ini_lesen(programm_ini(), "Ansicht", "Kurzhilfe", "1")));
 

@@ -55,6 +55,10 @@ struct StartErgebnis {
 // with a message that names the folder.
 StartErgebnis programm_starten(StartForm& start, const std::string& programmpfad = "");
 
+// The language of the user's locale (LC_ALL, LC_MESSAGES, LANG, the first that is set):
+// "Deutsch" for German ("de..."), "English" otherwise.
+std::string sprache_des_gebietsschemas();
+
 // The first comma- or line-delimited entry of a file (quotes around it removed); "" where
 // the file can't be read.
 std::string erster_eintrag(const std::string& datei);

@@ -1,24 +1,37 @@
 #include "frame/terminal_platform.h"
 
+#include "database/abbruch.h"
 #include "database/text_util.h"
 
 #include <algorithm>
 #include <ostream>
+#include <sstream>
 
 namespace folio {
 
 MessageAnswer TerminalPlatform::showMessage(const MessageRequest& request) {
     fortschritt_beenden();
-    if (!request.title.empty())
-        out_ << request.title << ": ";
+    // Without a name of its own, the box's title stands in front of its text.
     std::string text = request.text;
-    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
-    out_ << text << "\n";
+    if (praefix_.empty() && !request.title.empty())
+        text = request.title + ": " + text;
+    std::istringstream zeilen(text);
+    for (std::string zeile; std::getline(zeilen, zeile);) {
+        std::erase(zeile, '\r');
+        if (isBlank(zeile))
+            continue;
+        out_ << (praefix_.empty() ? "" : praefix_ + ": ") << zeile << "\n";
+    }
     out_.flush();
     // The first button of the box: OK, Yes, or Abort/Retry where those are offered.
     const int buttons = request.style & 7;
     const int answer = buttons == 2 ? 3 : buttons == 3 || buttons == 4 ? 6 : buttons == 5 ? 4 : 1;
     return {answer, request.checkboxValue};
+}
+
+void TerminalPlatform::doEvents() {
+    abbruch_pruefen();
+    zeichnen(false);
 }
 
 void TerminalPlatform::zeichnen(bool sofort) {

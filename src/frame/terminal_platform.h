@@ -1,6 +1,7 @@
-// The platform of the command line: messages go to the standard error stream, questions get
-// their default answer (the first button), and there is no window to paint. Where the
-// stream is a terminal, a progress bar stands on its last line while long work runs.
+// The platform of the command line: messages go to the standard error stream, every line
+// behind the program's name, questions get their default answer (the first button), and
+// there is no window to paint. Where the stream is a terminal, a progress bar stands on its
+// last line while long work runs.
 #pragma once
 
 #include "frame/platform.h"
@@ -22,11 +23,12 @@ struct Fortschrittsstand {
 
 class TerminalPlatform : public Platform {
 public:
-    explicit TerminalPlatform(std::ostream& out, bool balken = false)
-        : out_(out), balken_(balken) {}
+    explicit TerminalPlatform(std::ostream& out, bool balken = false, std::string praefix = "")
+        : out_(out), balken_(balken), praefix_(std::move(praefix)) {}
     MessageAnswer showMessage(const MessageRequest& request) override;
-    // The bar is redrawn from the source when events run, at most ten times a second.
-    void doEvents() override { zeichnen(false); }
+    // The bar is redrawn from the source when events run, at most ten times a second. A stop
+    // asked for (a signal) raises Abbruch here.
+    void doEvents() override;
     void repaint(Form&, Control*) override { zeichnen(false); }
 
     // Where the bar takes its state from; none (the default) shows no bar.
@@ -40,6 +42,7 @@ private:
     void zeichnen(bool sofort);
     std::ostream& out_;
     bool balken_;
+    std::string praefix_;
     bool sichtbar_ = false;
     std::function<std::optional<Fortschrittsstand>()> quelle_;
     std::chrono::steady_clock::time_point zuletzt_{};

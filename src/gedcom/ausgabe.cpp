@@ -1,5 +1,6 @@
 #include "gedcom/ausgabe.h"
 
+#include "database/abbruch.h"
 #include "database/errors.h"
 
 #include <cerrno>
@@ -27,6 +28,7 @@ void GedcomAusgabe::fehler(const std::string& was) {
 }
 
 void GedcomAusgabe::schreiben(std::string_view bytes) {
+    abbruch_pruefen();
     errno = 0;
     out_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!out_)

@@ -1,5 +1,6 @@
 #include "gedcom/export.h"
 
+#include "database/abbruch.h"
 #include "database/date_time.h"
 #include "database/errors.h"
 #include "database/tabellen.h"
@@ -153,6 +154,11 @@ ExportErgebnis export_ausfuehren(const std::string& ziel) {
     form.set("MousePointer", Value(MausSanduhr));
     try {
         schreiben(ziel);
+    } catch (const Abbruch&) {
+        // Stopped on request: the old target stays, the part written is gone; the caller
+        // tells the user.
+        form.set("MousePointer", Value(MausNormal));
+        throw;
     } catch (const std::exception& e) {
         form.set("MousePointer", Value(MausNormal));
         meldung(sprachtext(ExportFehlgeschlagen) + "\r\n\r\n" + e.what(), StilFehler, Produktname);

@@ -49,6 +49,9 @@ struct Staged : ::testing::Test {
         cli = dir.file("Stammfolio/Folioexport/folioexport-cli");
         setenv("HOME", dir.file("home").c_str(), 1);
         setenv("XDG_CONFIG_HOME", dir.file("home/.config").c_str(), 1);
+        unsetenv("LC_ALL");
+        unsetenv("LC_MESSAGES");
+        setenv("LANG", "de_DE.UTF-8", 1);
     }
     // Every file that the test exported, read back by the independent reader.
     void TearDown() override {

@@ -86,12 +86,28 @@ TEST_F(Installation, EditionLanguageAndShortHelp) {
     EXPECT_EQ(Kurzhilfe, 0);
     EXPECT_EQ(sprachtext("568 GEDCOM Export 5.5"), "GEDCOM export 5.5");
 
+    // With no language in programm.ini, the locale decides: the first variable that is set.
     einstellung_schreiben(HostAnwendung, "Sippe", "Daten", "2");
     sprache_schliessen();
     languageIn(home + "/Documents/Stammfolio");
+    const std::pair<const char*, const char*> gebiete[] = {
+        {"de_AT.UTF-8", "Deutsch"}, {"en_GB.UTF-8", "English"}, {"C", "English"}};
+    unsetenv("LC_ALL");
+    unsetenv("LC_MESSAGES");
+    for (const auto& [lang, sprache] : gebiete) {
+        setenv("LANG", lang, 1);
+        ASSERT_TRUE(programm_starten(start, programm).ok);
+        sprache_schliessen();
+        EXPECT_EQ(Sprache, sprache) << lang;
+    }
+    setenv("LC_MESSAGES", "de_DE.UTF-8", 1);
     ASSERT_TRUE(programm_starten(start, programm).ok);
     EXPECT_EQ(Produktname, "Stammfolio");
     EXPECT_EQ(Sprache, "Deutsch");
+    setenv("LC_ALL", "fr_FR.UTF-8", 1);
+    EXPECT_EQ(sprache_des_gebietsschemas(), "English");
+    unsetenv("LC_ALL");
+    unsetenv("LC_MESSAGES");
 }
 
 TEST_F(Installation, AMissingOrBrokenLanguageFileIsReportedByItsFolder) {
