@@ -24,6 +24,7 @@
 #include "wizard/seiten.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -452,6 +453,21 @@ Ausgang version_pruefen(const fs::path& datei, bool& aelter) {
     return Fertig;
 }
 
+// A hook for the tests of interruption: FOLIO_TEST_HALT="stage:SIGNAL" (INT, TERM or KILL)
+// has the process send itself that signal when the run reaches the stage: "auswahl" (the
+// persons are ticked) or "huelle" (the closure has run).
+void haltepunkt(std::string_view stufe) {
+    const char* halt = std::getenv("FOLIO_TEST_HALT");
+    if (!halt)
+        return;
+    const std::string_view h = halt;
+    const std::size_t doppelpunkt = h.find(':');
+    if (doppelpunkt == std::string_view::npos || h.substr(0, doppelpunkt) != stufe)
+        return;
+    const std::string_view signal = h.substr(doppelpunkt + 1);
+    ::raise(signal == "INT" ? SIGINT : signal == "TERM" ? SIGTERM : SIGKILL);
+}
+
 // Selection, closure and export, on the open tree, as the wizard's pages would run them.
 Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) {
     AuswahlForm& form = Auswahl();
@@ -459,9 +475,11 @@ Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) 
     form.verknuepfungen_aktuell = false;
     if (const Ausgang a = personen_waehlen(o); a != Fertig)
         return a;
+    haltepunkt("auswahl");
     fortschritt_anzeigen(Stufe::Huelle);
     seite_gewechselt(2, 3);
     fortschritt_beenden();
+    haltepunkt("huelle");
     seite_gewechselt(3, 4);
     optionen_setzen(o);
     seite_gewechselt(4, 5);

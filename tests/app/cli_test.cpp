@@ -3,64 +3,11 @@
 // "export" takes a family tree to a GEDCOM file and leaves the tree's marks as they were.
 
 #include "alte_dateien.h"
-#include "database/engine.h"
-#include "database/recordset.h"
 #include "generate_tree.h"
-#include "support/gedcom_reader.h"
-#include "support/temp_dir.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <regex>
-#include <set>
+#include "support/cli_fixture.h"
 
 namespace fs = std::filesystem;
-
-namespace {
-
-struct Result {
-    int status;
-    std::string output;
-};
-
-Result run(const std::string& command) {
-    Result r{0, ""};
-    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
-    std::array<char, 512> buffer{};
-    while (pipe && std::fgets(buffer.data(), buffer.size(), pipe))
-        r.output += buffer.data();
-    r.status = pipe ? WEXITSTATUS(::pclose(pipe)) : -1;
-    return r;
-}
-
-// A copy of the staged folders, so that the test may change its settings.
-struct Staged : ::testing::Test {
-    folio::test::TempDir dir;
-    std::string cli;
-    void SetUp() override {
-        const char* stage = std::getenv("FOLIO_STAGE");
-        ASSERT_TRUE(stage) << "FOLIO_STAGE names the staged folders";
-        fs::copy(stage, dir.path(), fs::copy_options::recursive);
-        cli = dir.file("Stammfolio/Folioexport/folioexport-cli");
-        setenv("HOME", dir.file("home").c_str(), 1);
-        setenv("XDG_CONFIG_HOME", dir.file("home/.config").c_str(), 1);
-        unsetenv("LC_ALL");
-        unsetenv("LC_MESSAGES");
-        setenv("LANG", "de_DE.UTF-8", 1);
-    }
-    // Every file that the test exported, read back by the independent reader.
-    void TearDown() override {
-        EXPECT_EQ(folio::test::independentReaderProblems(folio::test::gedcomFilesUnder(dir.path())),
-                  "");
-    }
-};
-
-} // namespace
+using namespace folio::test;
 
 TEST_F(Staged, FindsItsFoldersAndSpeaksTheLanguageOfProgrammIni) {
     Result german = run(cli + " --version");
@@ -84,47 +31,6 @@ TEST_F(Staged, ADataFolderWithoutLanguageTextsIsNamed) {
     EXPECT_NE(r.status, 0);
     EXPECT_NE(r.output.find(dir.file("Daten")), std::string::npos) << r.output;
 }
-
-namespace {
-
-// The marks of the seven marked tables of a family tree, record by record.
-std::string marks(const std::string& tree) {
-    auto db = folio::dao::OpenDatabase(tree, false, true);
-    std::string all;
-    for (const char* table :
-         {"Daten", "Ereignis", "Dokument", "Notiz", "Bilder", "Ort", "Adressen"}) {
-        auto rs = db->OpenRecordset(std::string("SELECT Counter, Markierung, Marker FROM ") +
-                                    table + " ORDER BY Counter");
-        for (; !rs->Eof(); rs->MoveNext())
-            all += std::string(table) + rs->get(0).text() + ":" + rs->get(1).text() + "/" +
-                   rs->get(2).text() + " ";
-    }
-    return all;
-}
-
-// The persons of a GEDCOM file, by their numbers.
-std::set<int> persons(const std::string& ged) {
-    std::set<int> numbers;
-    static const std::regex indi("\r\n0 @I(\\d+)@ INDI");
-    for (std::sregex_iterator it(ged.begin(), ged.end(), indi), end; it != end; ++it)
-        numbers.insert(std::stoi((*it)[1]));
-    return numbers;
-}
-
-struct Export : Staged {
-    std::string tree, target;
-    void SetUp() override {
-        Staged::SetUp();
-        tree = dir.file("Daten/Beispiel.SF6");
-        target = dir.file("out/Familie Hollerbach.ged");
-        fs::create_directories(dir.file("out"));
-    }
-    Result exportieren(const std::string& options) {
-        return run(cli + " export '" + tree + "' -o '" + target + "' " + options);
-    }
-};
-
-} // namespace
 
 TEST_F(Export, WritesTheMarkedPersonsAtThePathGivenAndLeavesTheMarksAsTheyWere) {
     const std::string before = marks(tree);
