@@ -52,7 +52,7 @@ DateTime toDateTime(const Stamp& d) {
 } // namespace
 
 std::string sortKey(const Date& d) {
-    char buf[16];
+    char buf[40]; // room for any int the format may meet
     if (d.year == 0)
         return "";
     if (d.day > 0)

@@ -134,6 +134,22 @@ void datenpfad_aus_ini() {
         Datenpfad = fs::weakly_canonical(ordner, ec).string();
 }
 
+// An installed program ships the data that a user's data folder starts with beside the
+// host's folder. Where the user has no data folder yet, it is made from that copy, so that
+// nothing is ever written under the installation.
+void datenordner_anlegen() {
+    std::error_code ec;
+    const fs::path mitgeliefert = fs::path(Stammpfad).parent_path() / "Daten";
+    if (fs::exists(Datenpfad, ec) || !fs::is_directory(mitgeliefert, ec))
+        return;
+    fs::create_directories(fs::path(Datenpfad).parent_path(), ec);
+    fs::copy(mitgeliefert, Datenpfad, fs::copy_options::recursive, ec);
+    // What the installation made read-only, the user may change in a folder of their own.
+    for (const auto& eintrag : fs::recursive_directory_iterator(Datenpfad, ec))
+        fs::permissions(eintrag.path(), fs::perms::owner_read | fs::perms::owner_write,
+                        fs::perm_options::add, ec);
+}
+
 } // namespace
 
 StartErgebnis programm_starten(StartForm& start, const std::string& programmpfad) {
@@ -155,6 +171,7 @@ StartErgebnis programm_starten(StartForm& start, const std::string& programmpfad
     Produktname = wurzelwart ? "Wurzelwart" : "Stammfolio";
     Datenpfad = pfad_verbinden(eigene_dateien_pfad(), Produktname);
     datenpfad_aus_ini();
+    datenordner_anlegen();
 
     // 5. The splash form.
     start.laden();

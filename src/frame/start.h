@@ -50,9 +50,11 @@ struct StartErgebnis {
 // Runs start-up: the edition from the settings store, Programmpfad (given, else the folder
 // of the running program), Stammpfad, Datenpfad (the edition's folder in the documents, or
 // the first entry of datenpfad.ini in Stammpfad where it names an existing folder; a
-// relative entry counts from Stammpfad), the splash form, Sprache and Kurzhilfe from
-// programm.ini, and the language texts. A data folder without a usable language.mdb ends
-// with a message that names the folder.
+// relative entry counts from Stammpfad; a data folder that doesn't exist yet is made from
+// the folder Daten beside Stammpfad, where an installation ships one), the splash form,
+// Sprache and Kurzhilfe from programm.ini (with none stored, the locale's), and the
+// language texts. A data folder without a usable language.mdb ends with a message that
+// names the folder.
 StartErgebnis programm_starten(StartForm& start, const std::string& programmpfad = "");
 
 // The language of the user's locale (LC_ALL, LC_MESSAGES, LANG, the first that is set):

@@ -32,6 +32,9 @@ struct Installation : ::testing::Test {
         setenv("HOME", home.c_str(), 1);
         setenv("XDG_CONFIG_HOME", (home + "/.config").c_str(), 1);
         unsetenv("XDG_DOCUMENTS_DIR");
+        unsetenv("LC_ALL");
+        unsetenv("LC_MESSAGES");
+        setenv("LANG", "de_DE.UTF-8", 1); // a German user, unless a test says otherwise
         Programmpfad.clear();
     }
     void TearDown() override {
@@ -71,6 +74,26 @@ TEST_F(Installation, FoldersFromTheProgramsPlaceAndDatenpfadIni) {
     std::ofstream(stamm + "/datenpfad.ini") << "../Daten,something else\n";
     ASSERT_TRUE(programm_starten(start, programm).ok);
     EXPECT_EQ(Datenpfad, daten);
+}
+
+TEST_F(Installation, ANewUsersDataFolderIsMadeFromTheDataShippedBesideTheHost) {
+    // No data folder in the documents; the installation's own beside the host's folder.
+    fs::remove_all(home + "/Documents");
+    languageIn(daten);
+    std::ofstream(daten + "/Ereignis.mdb") << "side database";
+    fs::permissions(daten + "/Ereignis.mdb", fs::perms::owner_read);
+    StartForm start;
+    ASSERT_TRUE(programm_starten(start, programm).ok);
+    EXPECT_EQ(Datenpfad, home + "/Documents/Stammfolio");
+    EXPECT_EQ(test::readFile(Datenpfad + "/Ereignis.mdb"), "side database");
+    EXPECT_TRUE((fs::status(Datenpfad + "/Ereignis.mdb").permissions() & fs::perms::owner_write) !=
+                fs::perms::none);
+    EXPECT_EQ(sprachtext("568"), "GEDCOM Export 5.5");
+    // A data folder that exists is the user's: it is never filled again.
+    sprache_schliessen();
+    fs::remove(Datenpfad + "/Ereignis.mdb");
+    ASSERT_TRUE(programm_starten(start, programm).ok);
+    EXPECT_FALSE(fs::exists(Datenpfad + "/Ereignis.mdb"));
 }
 
 TEST_F(Installation, EditionLanguageAndShortHelp) {

@@ -1,0 +1,44 @@
+# Installation and the Debian package. The program folder is installed as the build stages
+# it, under <prefix>/lib/folioexport, so that it stays relocatable:
+#
+#   lib/folioexport/Stammfolio/              the host's folder: SF.MDB, Beispiel.SF6
+#   lib/folioexport/Stammfolio/Folioexport/  the programs and geddate.ini
+#   lib/folioexport/Daten/                   the data a user's data folder starts from
+#   bin/folioexport-cli                      a link to the program
+#
+# The staged datenpfad.ini, which points the build's programs at the staged data, is left
+# out: an installed program keeps its data in the user's documents (…/Stammfolio), made
+# from lib/folioexport/Daten at its first start, and never writes under the installation.
+
+set(FOLIO_INSTALL_DIR lib/folioexport)
+
+install(TARGETS folioexport-cli DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio/Folioexport)
+install(FILES ${FOLIO_PROGRAMMPFAD}/geddate.ini
+        DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio/Folioexport)
+install(FILES ${FOLIO_STAMMPFAD}/SF.MDB ${FOLIO_STAMMPFAD}/Beispiel.SF6
+        DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio)
+install(DIRECTORY ${FOLIO_DATENPFAD}/ DESTINATION ${FOLIO_INSTALL_DIR}/Daten)
+install(CODE "
+    set(bin \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
+    file(MAKE_DIRECTORY \"\${bin}\")
+    file(CREATE_LINK ../${FOLIO_INSTALL_DIR}/Stammfolio/Folioexport/folioexport-cli
+         \"\${bin}/folioexport-cli\" SYMBOLIC)
+    message(STATUS \"Installing: \${bin}/folioexport-cli (link)\")
+")
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME folioexport)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "Folioexport <folioexport@example.org>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "GEDCOM 5.5 export of Stammfolio family trees")
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
+    "Writes a chosen part of a Stammfolio family tree to a GEDCOM 5.5 file, in UTF-8 or Ansi, "
+    "from the command line (folioexport-cli). Opens family-tree files of every older version "
+    "and upgrades them in place.")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION misc)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
+include(CPack)
