@@ -382,9 +382,8 @@ std::optional<ExportOptionen> optionen_lesen(const std::vector<std::string>& arg
         } else if (a == "--wait") {
             if (!wert(w))
                 return std::nullopt;
-            const std::optional<RecordId> sekunden = RecordId::parse(w);
-            if (!sekunden || w.find_first_not_of("0123456789") != std::string::npos ||
-                w.size() > 6) {
+            if (w.empty() || w.size() > 6 ||
+                w.find_first_not_of("0123456789") != std::string::npos) {
                 fehler = sprachtext("9819 Ungültiger Wert:") + " --wait " + w;
                 return std::nullopt;
             }
@@ -574,6 +573,7 @@ Ausgang exportieren(const ExportOptionen& o) {
     } catch (const Error& e) {
         fortschritt_beenden();
         alle_schliessen(baum(datei));
+        abbruch_pruefen(); // a wait for the tree that a signal ended is a stop, not a failure
         return datenbankfehler(e, datei.string());
     } catch (const std::exception& e) {
         fortschritt_beenden();
