@@ -2,7 +2,7 @@
 // the database to the GEDCOM file.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 #include <optional>
 #include <string>

@@ -6,7 +6,7 @@
 //
 // --language de|en, anywhere among the arguments, sets the language of one run.
 
-#include "database/abbruch.h"
+#include "engine/abbruch.h"
 #include "export_befehl.h"
 #include "frame/globals.h"
 #include "frame/ini.h"

@@ -4,8 +4,8 @@
 //
 //   bench_database [rows] [folder]      (default 1000000 rows, the system's temp folder)
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 
 #include <chrono>
 #include <cstdio>

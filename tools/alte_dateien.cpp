@@ -1,8 +1,8 @@
 #include "alte_dateien.h"
 
-#include "database/date_time.h"
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/date_time.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 
 #include <fstream>
 #include <initializer_list>

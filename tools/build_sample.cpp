@@ -17,7 +17,7 @@
 
 #include "database/listentexte.h"
 #include "database/schema/schema.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "frame/globals.h"
 #include "frame/sprache.h"
 

@@ -1,8 +1,8 @@
 #include "generate_tree.h"
 
-#include "database/engine.h"
-#include "database/file_beside.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/file_beside.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "language_source.h"
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
 
 #include <filesystem>

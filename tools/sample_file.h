@@ -5,9 +5,9 @@
 
 #include "sample_source.h"
 
-#include "database/date_time.h"
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/date_time.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 
 #include <filesystem>
 #include <map>

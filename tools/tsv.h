@@ -7,7 +7,7 @@
 // every other character, blanks at either end included, is taken as it is.
 #pragma once
 
-#include "database/errors.h"
+#include "engine/errors.h"
 
 #include <string>
 #include <string_view>

@@ -1,10 +1,10 @@
 #include "database/dateiversion.h"
 
-#include "database/engine.h"
-#include "database/errors.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/errors.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 
 #include <optional>
 #include <unistd.h>

@@ -3,7 +3,7 @@
 // of an event. Nothing here writes: callers store the result.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 #include <cstdint>
 #include <string>

@@ -1,8 +1,8 @@
 #include "database/oeffnen.h"
 
-#include "database/errors.h"
+#include "engine/errors.h"
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "database/upgrade/kette.h"
 #include "frame/fenster.h"
 #include "frame/globals.h"

@@ -3,8 +3,8 @@
 // alle_schliessen closes them together.
 #pragma once
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 
 #include <memory>
 #include <string>

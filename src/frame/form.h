@@ -4,7 +4,7 @@
 // view (the Qt wizard, or nothing on the command line) mirrors them.
 #pragma once
 
-#include "database/value.h"
+#include "engine/value.h"
 
 #include <map>
 #include <memory>

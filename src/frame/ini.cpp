@@ -1,6 +1,6 @@
 #include "frame/ini.h"
 
-#include "database/text_util.h"
+#include "engine/text_util.h"
 
 #include <filesystem>
 #include <fstream>

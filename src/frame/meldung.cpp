@@ -1,6 +1,6 @@
 #include "frame/meldung.h"
 
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "frame/form.h"
 #include "frame/globals.h"
 #include "frame/ini.h"

@@ -1,9 +1,9 @@
 #include "frame/sprache.h"
 
-#include "database/engine.h"
-#include "database/errors.h"
-#include "database/recordset.h"
-#include "database/text_util.h"
+#include "engine/engine.h"
+#include "engine/errors.h"
+#include "engine/recordset.h"
+#include "engine/text_util.h"
 #include "frame/form.h"
 #include "frame/globals.h"
 

@@ -1,7 +1,7 @@
 #include "frame/start.h"
 
-#include "database/errors.h"
-#include "database/text_util.h"
+#include "engine/errors.h"
+#include "engine/text_util.h"
 #include "frame/fenster.h"
 #include "frame/globals.h"
 #include "frame/ini.h"

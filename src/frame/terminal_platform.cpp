@@ -1,7 +1,7 @@
 #include "frame/terminal_platform.h"
 
-#include "database/abbruch.h"
-#include "database/text_util.h"
+#include "engine/abbruch.h"
+#include "engine/text_util.h"
 
 #include <algorithm>
 #include <ostream>

@@ -1,7 +1,7 @@
 #include "gedcom/ausgabe.h"
 
-#include "database/abbruch.h"
-#include "database/errors.h"
+#include "engine/abbruch.h"
+#include "engine/errors.h"
 
 #include <cerrno>
 #include <cstring>

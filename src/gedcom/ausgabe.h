@@ -3,7 +3,7 @@
 // half-written file behind. Every writer of the run appends to the one open output.
 #pragma once
 
-#include "database/file_beside.h"
+#include "engine/file_beside.h"
 
 #include <fstream>
 #include <string>

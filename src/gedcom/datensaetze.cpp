@@ -1,7 +1,7 @@
 #include "gedcom/datensaetze.h"
 
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "gedcom/datum.h"
 #include "gedcom/export.h"
 #include "gedcom/orte.h"

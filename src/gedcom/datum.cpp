@@ -1,7 +1,7 @@
 #include "gedcom/datum.h"
 
-#include "database/recordset.h"
-#include "database/text_util.h"
+#include "engine/recordset.h"
+#include "engine/text_util.h"
 #include "frame/globals.h"
 #include "gedcom/zeichensatz.h"
 #include "gedcom/zeilen.h"

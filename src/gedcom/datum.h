@@ -2,7 +2,7 @@
 // date modifiers from geddate.ini.
 #pragma once
 
-#include "database/date_time.h"
+#include "engine/date_time.h"
 
 #include <cstdint>
 #include <string>

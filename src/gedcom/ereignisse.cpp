@@ -1,7 +1,7 @@
 #include "gedcom/ereignisse.h"
 
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "gedcom/datum.h"

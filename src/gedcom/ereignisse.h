@@ -2,7 +2,7 @@
 // events in the order of their dates.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 #include <cstdint>
 #include <vector>

@@ -3,7 +3,7 @@
 // file. Indexes beside the rows keep every search linear in the size of the export.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 #include <cstddef>
 #include <cstdint>

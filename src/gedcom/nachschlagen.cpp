@@ -1,8 +1,8 @@
 #include "gedcom/nachschlagen.h"
 
-#include "database/connection_setup.h"
+#include "engine/connection_setup.h"
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/rtf.h"
 

@@ -4,7 +4,7 @@
 // database or another database is open.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 #include <cstdint>
 #include <span>

@@ -1,7 +1,7 @@
 #include "gedcom/orte.h"
 
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "gedcom/nachschlagen.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"

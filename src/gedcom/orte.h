@@ -2,7 +2,7 @@
 // it, and the ADDR block of an address. Both stay silent for a record that isn't marked.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 #include <cstdint>
 

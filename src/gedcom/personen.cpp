@@ -1,7 +1,7 @@
 #include "gedcom/personen.h"
 
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "frame/sprache.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/export.h"

@@ -3,8 +3,8 @@
 // marked, so that every pointer has its record in the same file.
 #pragma once
 
-#include "database/record_id.h"
-#include "database/value.h"
+#include "engine/record_id.h"
+#include "engine/value.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "gedcom/zeilen.h"
 
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "gedcom/ausgabe.h"
 #include "gedcom/zeichensatz.h"
 #include "wizard/auswahl.h"

@@ -1,8 +1,8 @@
 #include "selection/markierungen.h"
 
-#include "database/errors.h"
+#include "engine/errors.h"
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "wizard/auswahl.h"
 
 #include <string>

@@ -5,7 +5,7 @@
 // That order is what an export contains.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 #include <string>
 

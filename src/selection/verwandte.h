@@ -4,7 +4,7 @@
 // tick, set or cleared.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 namespace folio {
 

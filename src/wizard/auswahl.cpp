@@ -1,7 +1,7 @@
 #include "wizard/auswahl.h"
 
-#include "database/errors.h"
-#include "database/text_util.h"
+#include "engine/errors.h"
+#include "engine/text_util.h"
 
 namespace folio {
 

@@ -2,7 +2,7 @@
 // set or cleared in its column Markierung.
 #pragma once
 
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
 namespace folio {
 

@@ -1,8 +1,8 @@
 #include "wizard/seiten.h"
 
-#include "database/errors.h"
+#include "engine/errors.h"
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "frame/settings_store.h"
 #include "frame/sprache.h"
 #include "selection/verknuepfungen_markieren.h"

@@ -1,6 +1,6 @@
-#include "database/engine.h"
+#include "engine/engine.h"
 #include "database/listentexte.h"
-#include "database/recordset.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
 #include "frame/globals.h"
 #include "frame/ini.h"

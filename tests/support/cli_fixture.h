@@ -3,8 +3,8 @@
 // persons of an exported file.
 #pragma once
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 #include "support/gedcom_reader.h"
 #include "support/temp_dir.h"
 

@@ -3,7 +3,7 @@
 // a test adds, the long-lived cursors, and the wizard's options at their design values.
 #pragma once
 
-#include "database/recordset.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
 #include "frame/globals.h"

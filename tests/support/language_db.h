@@ -1,8 +1,8 @@
 // A small language database made inside a test.
 #pragma once
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 
 #include <string>
 #include <tuple>

@@ -1,8 +1,8 @@
 // Small databases made inside a test: a table of persons with fields of every type.
 #pragma once
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 #include "support/temp_dir.h"
 
 #include <memory>

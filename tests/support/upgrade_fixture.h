@@ -4,13 +4,13 @@
 // test, and a scripted platform that records every message.
 #pragma once
 
-#include "database/engine.h"
-#include "database/errors.h"
+#include "engine/engine.h"
+#include "engine/errors.h"
 #include "database/oeffnen.h"
-#include "database/recordset.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "database/upgrade/kette.h"
 #include "frame/globals.h"
 #include "frame/platform.h"

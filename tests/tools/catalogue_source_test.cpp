@@ -1,7 +1,7 @@
 #include "catalogue_source.h"
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
 #include "support/temp_dir.h"
 #include "tsv.h"

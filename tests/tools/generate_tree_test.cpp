@@ -1,7 +1,7 @@
 #include "generate_tree.h"
 
-#include "database/engine.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>

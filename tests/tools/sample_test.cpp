@@ -1,9 +1,9 @@
 #include "sample_rtf.h"
 #include "sample_source.h"
 
-#include "database/engine.h"
+#include "engine/engine.h"
 #include "database/listentexte.h"
-#include "database/recordset.h"
+#include "engine/recordset.h"
 #include "database/schema/schema.h"
 #include "frame/globals.h"
 #include "frame/sprache.h"

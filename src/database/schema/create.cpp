@@ -1,7 +1,7 @@
 #include "database/schema/schema.h"
 
-#include "database/engine.h"
-#include "database/text_util.h"
+#include "engine/engine.h"
+#include "engine/text_util.h"
 
 namespace folio::schema {
 

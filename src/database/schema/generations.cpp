@@ -3,7 +3,7 @@
 // form. Newest first.
 #include "database/schema/generations.h"
 
-#include "database/text_util.h"
+#include "engine/text_util.h"
 
 #include <algorithm>
 #include <stdexcept>

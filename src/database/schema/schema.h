@@ -3,8 +3,8 @@
 // SF.MDB and the side databases are built from it (tools/), and tests compare files with it.
 #pragma once
 
-#include "database/field_type.h"
-#include "database/value.h"
+#include "engine/field_type.h"
+#include "engine/value.h"
 
 #include <filesystem>
 #include <functional>

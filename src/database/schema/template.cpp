@@ -3,9 +3,9 @@
 // has, with the program's version and the default marks of name input.
 #include "database/schema/schema.h"
 
-#include "database/engine.h"
-#include "database/file_beside.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/file_beside.h"
+#include "engine/recordset.h"
 
 #include <functional>
 #include <system_error>

@@ -4,8 +4,8 @@
 // pass over the rows, and some open the file anew afterwards.
 #include "database/upgrade/abschnitt1.h"
 
-#include "database/date_time.h"
-#include "database/errors.h"
+#include "engine/date_time.h"
+#include "engine/errors.h"
 #include "database/listentexte.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"

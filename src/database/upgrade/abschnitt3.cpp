@@ -1,6 +1,6 @@
 // The third section, for every file: each picture learns the size of its file.
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "database/upgrade/abschnitt2.h"
 #include "database/upgrade/kette.h"
 #include "database/upgrade/lauf.h"

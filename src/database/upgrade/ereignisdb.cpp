@@ -1,6 +1,6 @@
 // The file's own table of event types takes its rows from the catalogue when the file
 // first needs them; a type comes with the chain of types (mainindex) on which it depends.
-#include "database/errors.h"
+#include "engine/errors.h"
 #include "database/tabellen.h"
 #include "database/upgrade/abschnitt1.h"
 #include "database/upgrade/kette.h"

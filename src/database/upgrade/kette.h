@@ -7,7 +7,7 @@
 // beside it.
 #pragma once
 
-#include "database/date_time.h"
+#include "engine/date_time.h"
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
 #include "database/upgrade/lauf.h"
 
-#include "database/errors.h"
-#include "database/file_beside.h"
+#include "engine/errors.h"
+#include "engine/file_beside.h"
 #include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"

@@ -4,8 +4,8 @@
 // each step.
 #pragma once
 
-#include "database/field_type.h"
-#include "database/recordset.h"
+#include "engine/field_type.h"
+#include "engine/recordset.h"
 
 #include <functional>
 #include <memory>

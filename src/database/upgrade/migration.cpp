@@ -4,13 +4,13 @@
 // Referenz becomes Notiz everywhere, and the tables Status and Ereignisdb come into being.
 // Every statement of the field work runs with errors ignored: what fails is passed over.
 // The whole migration is one step of the chain and one transaction.
-#include "database/errors.h"
-#include "database/file_beside.h"
+#include "engine/errors.h"
+#include "engine/file_beside.h"
 #include "database/listentexte.h"
 #include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
-#include "database/text_util.h"
+#include "engine/text_util.h"
 #include "database/upgrade/abschnitt1.h"
 #include "database/upgrade/kette.h"
 #include "database/upgrade/lauf.h"

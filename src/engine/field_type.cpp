@@ -1,6 +1,6 @@
-#include "database/field_type.h"
+#include "engine/field_type.h"
 
-#include "database/text_util.h"
+#include "engine/text_util.h"
 
 #include <charconv>
 

@@ -1,5 +1,5 @@
-#include "database/errors.h"
-#include "database/recordset.h"
+#include "engine/errors.h"
+#include "engine/recordset.h"
 #include "support/small_db.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "database/jet_like.h"
+#include "engine/jet_like.h"
 
-#include "database/errors.h"
+#include "engine/errors.h"
 
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>

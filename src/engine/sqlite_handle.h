@@ -3,7 +3,7 @@
 // file and the statement.
 #pragma once
 
-#include "database/value.h"
+#include "engine/value.h"
 
 #include <sqlite3.h>
 

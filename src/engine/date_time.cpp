@@ -1,4 +1,4 @@
-#include "database/date_time.h"
+#include "engine/date_time.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,6 +1,6 @@
-#include "database/engine.h"
-#include "database/errors.h"
-#include "database/recordset.h"
+#include "engine/engine.h"
+#include "engine/errors.h"
+#include "engine/recordset.h"
 #include "support/small_db.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "database/errors.h"
-#include "database/record_id.h"
+#include "engine/errors.h"
+#include "engine/record_id.h"
 
 #include <gtest/gtest.h>
 

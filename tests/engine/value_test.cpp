@@ -1,5 +1,5 @@
-#include "database/errors.h"
-#include "database/value.h"
+#include "engine/errors.h"
+#include "engine/value.h"
 
 #include <gtest/gtest.h>
 

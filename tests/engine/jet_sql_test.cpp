@@ -1,5 +1,5 @@
-#include "database/errors.h"
-#include "database/jet_sql.h"
+#include "engine/errors.h"
+#include "engine/jet_sql.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "database/sqlite_handle.h"
+#include "engine/sqlite_handle.h"
 
-#include "database/abbruch.h"
-#include "database/errors.h"
+#include "engine/abbruch.h"
+#include "engine/errors.h"
 
 #include <utility>
 

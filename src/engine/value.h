@@ -4,8 +4,8 @@
 // plain number, flag or text (callers that must tell Null apart test isNull() first).
 #pragma once
 
-#include "database/date_time.h"
-#include "database/record_id.h"
+#include "engine/date_time.h"
+#include "engine/record_id.h"
 
 #include <cstdint>
 #include <string>

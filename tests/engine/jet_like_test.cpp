@@ -1,5 +1,5 @@
-#include "database/errors.h"
-#include "database/jet_like.h"
+#include "engine/errors.h"
+#include "engine/jet_like.h"
 
 #include <gtest/gtest.h>
 

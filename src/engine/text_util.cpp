@@ -1,4 +1,4 @@
-#include "database/text_util.h"
+#include "engine/text_util.h"
 
 namespace folio {
 

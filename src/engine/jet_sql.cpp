@@ -1,8 +1,8 @@
-#include "database/jet_sql.h"
+#include "engine/jet_sql.h"
 
-#include "database/date_time.h"
-#include "database/errors.h"
-#include "database/text_util.h"
+#include "engine/date_time.h"
+#include "engine/errors.h"
+#include "engine/text_util.h"
 
 #include <charconv>
 #include <cstdio>

@@ -1,10 +1,10 @@
-#include "database/engine.h"
+#include "engine/engine.h"
 
-#include "database/connection_setup.h"
-#include "database/errors.h"
-#include "database/jet_sql.h"
-#include "database/recordset.h"
-#include "database/text_util.h"
+#include "engine/connection_setup.h"
+#include "engine/errors.h"
+#include "engine/jet_sql.h"
+#include "engine/recordset.h"
+#include "engine/text_util.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "database/abbruch.h"
+#include "engine/abbruch.h"
 
 #include <atomic>
 

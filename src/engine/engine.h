@@ -8,9 +8,9 @@
 // object, and any use of it raises "Object invalid or no longer set".
 #pragma once
 
-#include "database/field_type.h"
-#include "database/sqlite_handle.h"
-#include "database/value.h"
+#include "engine/field_type.h"
+#include "engine/sqlite_handle.h"
+#include "engine/value.h"
 
 #include <array>
 #include <cstdint>

@@ -3,7 +3,7 @@
 // LIKE of the family-tree files, and the settings for speed and safety.
 #pragma once
 
-#include "database/sqlite_handle.h"
+#include "engine/sqlite_handle.h"
 
 #include <chrono>
 #include <functional>

@@ -1,7 +1,7 @@
-#include "database/record_id.h"
+#include "engine/record_id.h"
 
-#include "database/errors.h"
-#include "database/text_util.h"
+#include "engine/errors.h"
+#include "engine/text_util.h"
 
 #include <cmath>
 #include <cstdio>

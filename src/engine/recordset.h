@@ -12,9 +12,9 @@
 // after, and converts the value to the field's type, refusing what the field can't hold.
 #pragma once
 
-#include "database/engine.h"
-#include "database/sqlite_handle.h"
-#include "database/value.h"
+#include "engine/engine.h"
+#include "engine/sqlite_handle.h"
+#include "engine/value.h"
 
 #include <cstdint>
 #include <map>

@@ -1,8 +1,8 @@
-#include "database/connection_setup.h"
+#include "engine/connection_setup.h"
 
-#include "database/abbruch.h"
-#include "database/errors.h"
-#include "database/jet_like.h"
+#include "engine/abbruch.h"
+#include "engine/errors.h"
+#include "engine/jet_like.h"
 
 #include <unicode/ucol.h>
 

@@ -1,8 +1,8 @@
-#include "database/recordset.h"
+#include "engine/recordset.h"
 
-#include "database/errors.h"
-#include "database/jet_sql.h"
-#include "database/text_util.h"
+#include "engine/errors.h"
+#include "engine/jet_sql.h"
+#include "engine/text_util.h"
 
 #include <algorithm>
 #include <cmath>

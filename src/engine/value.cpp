@@ -1,7 +1,7 @@
-#include "database/value.h"
+#include "engine/value.h"
 
-#include "database/errors.h"
-#include "database/text_util.h"
+#include "engine/errors.h"
+#include "engine/text_util.h"
 
 #include <charconv>
 #include <cmath>
