@@ -1,13 +1,13 @@
 #include "export_befehl.h"
 
-#include "engine/abbruch.h"
-#include "engine/connection_setup.h"
 #include "database/dateiversion.h"
-#include "engine/engine.h"
-#include "engine/errors.h"
 #include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
+#include "engine/abbruch.h"
+#include "engine/connection_setup.h"
+#include "engine/engine.h"
+#include "engine/errors.h"
 #include "engine/text_util.h"
 #include "frame/fenster.h"
 #include "frame/globals.h"
@@ -20,6 +20,7 @@
 #include "gedcom/export.h"
 #include "selection/markierungen.h"
 #include "wizard/auswahl.h"
+#include "wizard/exportstart.h"
 #include "wizard/personengrid.h"
 #include "wizard/seiten.h"
 
@@ -528,7 +529,7 @@ Ausgang exportieren(const ExportOptionen& o) {
     formular_uebersetzen(form);
     // The table of date modifiers, once for the form, from the program's own folder (the
     // opening of a tree lends Programmpfad to the host's folder for a while).
-    gedcom_zusaetze_laden(form);
+    form.gedcom_zusaetze = gedcom_zusaetze_laden();
     form.set("MousePointer", Value(MausNormal));
     std::error_code ec;
     if (!fs::exists(o.datenbank, ec)) {

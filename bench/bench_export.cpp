@@ -7,6 +7,7 @@
 #include "gedcom/datum.h"
 #include "gedcom/export.h"
 #include "wizard/auswahl.h"
+#include "wizard/exportstart.h"
 
 #include <chrono>
 #include <cstdio>
@@ -48,7 +49,7 @@ double run(long long persons) {
 
 int main(int argc, char** argv) {
     return folio::bench::hauptprogramm(argc, argv, "bench_export", [](long long n) {
-        gedcom_zusaetze_laden(Auswahl());
+        Auswahl().gedcom_zusaetze = gedcom_zusaetze_laden();
         run(n);
     });
 }

@@ -8,10 +8,6 @@
 
 namespace folio {
 
-namespace {
-GedcomAusgabe* laufend = nullptr;
-} // namespace
-
 GedcomAusgabe::GedcomAusgabe(const std::string& ziel) : ziel_(ziel), datei_(ziel) {
     out_.open(datei_.path(), std::ios::binary | std::ios::trunc);
     if (!out_)
@@ -47,19 +43,6 @@ void GedcomAusgabe::abschliessen() {
         throw Error(err::CannotOpenFile,
                     "The GEDCOM file '" + ziel_ + "' could not replace the old one: " + e.what());
     }
-}
-
-GedcomAusgabe& ausgabe() {
-    if (!laufend)
-        throw Error(err::EngineError, "No export is under way");
-    return *laufend;
-}
-
-LaufendeAusgabe::LaufendeAusgabe(GedcomAusgabe& a) {
-    laufend = &a;
-}
-LaufendeAusgabe::~LaufendeAusgabe() {
-    laufend = nullptr;
 }
 
 } // namespace folio

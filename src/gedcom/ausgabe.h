@@ -1,6 +1,6 @@
 // The output file of an export run. It is written beside the target and put in its place
 // only when the run is complete, so that a failed run leaves the old file as it was and no
-// half-written file behind. Every writer of the run appends to the one open output.
+// half-written file behind. The run (Exportlauf) owns it; every writer appends through it.
 #pragma once
 
 #include "engine/file_beside.h"
@@ -30,18 +30,6 @@ private:
     std::string ziel_;
     FileBeside datei_;
     std::ofstream out_;
-};
-
-// The output of the run in progress; raises when no run is under way.
-GedcomAusgabe& ausgabe();
-
-// While it lives, `a` is the output of the run.
-class LaufendeAusgabe {
-public:
-    explicit LaufendeAusgabe(GedcomAusgabe& a);
-    ~LaufendeAusgabe();
-    LaufendeAusgabe(const LaufendeAusgabe&) = delete;
-    LaufendeAusgabe& operator=(const LaufendeAusgabe&) = delete;
 };
 
 } // namespace folio

@@ -6,15 +6,17 @@
 
 namespace folio {
 
+class Exportlauf;
+
 // "0 @ON…@ NOTE" for every marked place whose memo has a plain text.
-void ortsnotizen_schreiben();
+void ortsnotizen_schreiben(Exportlauf& lauf);
 // "0 @N…@ NOTE" for every marked note.
-void notizen_schreiben();
+void notizen_schreiben(Exportlauf& lauf);
 // "0 @U…@ SOUR" for every marked document, with the general remark of the export.
-void quellen_schreiben();
+void quellen_schreiben(Exportlauf& lauf);
 // "0 @A…@ ADDR" for every marked address.
-void adressen_schreiben();
+void adressen_schreiben(Exportlauf& lauf);
 // "0 @B…@ OBJE" for every marked picture, and "0 @BM…@ OBJE" behind it for its second file.
-void medien_schreiben();
+void medien_schreiben(Exportlauf& lauf);
 
 } // namespace folio

@@ -3,9 +3,9 @@
 #include "engine/recordset.h"
 #include "engine/text_util.h"
 #include "frame/globals.h"
+#include "gedcom/exportlauf.h"
 #include "gedcom/zeichensatz.h"
 #include "gedcom/zeilen.h"
-#include "wizard/auswahl.h"
 
 #include <fstream>
 #include <sstream>
@@ -20,11 +20,11 @@ std::string zwei(int n) {
 
 } // namespace
 
-void gedcom_zusaetze_laden(AuswahlForm& form) {
-    form.gedcom_zusaetze.clear();
+Datumszusaetze gedcom_zusaetze_laden() {
+    Datumszusaetze tabelle;
     std::ifstream in(pfad_verbinden(Programmpfad, "geddate.ini"), std::ios::binary);
     if (!in)
-        return;
+        return tabelle;
     std::stringstream inhalt;
     inhalt << in.rdbuf();
     std::istringstream zeilen(aus_ansi(inhalt.str()));
@@ -34,10 +34,11 @@ void gedcom_zusaetze_laden(AuswahlForm& form) {
             zeile.pop_back();
         const std::size_t tab = zeile.find('\t');
         if (tab == std::string::npos)
-            form.gedcom_zusaetze.emplace_back(zeile, "");
+            tabelle.emplace_back(zeile, "");
         else
-            form.gedcom_zusaetze.emplace_back(zeile.substr(0, tab), zeile.substr(tab + 1));
+            tabelle.emplace_back(zeile.substr(0, tab), zeile.substr(tab + 1));
     }
+    return tabelle;
 }
 
 DateTime datum_aus_zahlen(int jahr, int monat, int tag) {
@@ -68,12 +69,12 @@ std::string gedcom_datum(DateTime datum, const std::string& format, const std::s
     return "";
 }
 
-void datumschreiben(std::int16_t nr, dao::Recordset& rs) {
+void datumschreiben(Exportlauf& lauf, std::int16_t nr, dao::Recordset& rs) {
     std::string zusatz;
     const std::string ca(trimBlanks(rs.get("ca").text()));
     if (!ca.empty()) {
         zusatz = ca + " ";
-        for (const auto& [text, qualifier] : Auswahl().gedcom_zusaetze) {
+        for (const auto& [text, qualifier] : lauf.optionen.datumszusaetze) {
             if (qualifier == ca) {
                 zusatz = trimmed(text) + " ";
                 break;
@@ -92,7 +93,7 @@ void datumschreiben(std::int16_t nr, dao::Recordset& rs) {
         datum = gedcom_datum(datum_aus_zahlen(jahr, 1, 1), "YYYY", "UK");
     else
         return;
-    zeile(std::to_string(nr) + " DATE " + zusatz + datum);
+    zeile(lauf, std::to_string(nr) + " DATE " + zusatz + datum);
 }
 
 } // namespace folio

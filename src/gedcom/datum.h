@@ -14,16 +14,16 @@ namespace folio {
 namespace dao {
 class Recordset;
 }
-class AuswahlForm;
+class Exportlauf;
 
-// Reads geddate.ini from the program's folder into the form's modifier table: one row per
+// Reads geddate.ini from the program's folder: the table of date modifiers, one row per
 // line, split at the first tab (the text for the DATE line, then the qualifier of the
-// database), nothing trimmed. A missing file leaves the table empty.
-void gedcom_zusaetze_laden(AuswahlForm& form);
+// database), nothing trimmed. A missing file gives an empty table.
+std::vector<std::pair<std::string, std::string>> gedcom_zusaetze_laden();
 
 // Writes the DATE line of the record on which `rs` stands, from `ca`, `vtag`, `vmonat` and
-// `vjahr`; nothing where no part of the date is known.
-void datumschreiben(std::int16_t nr, dao::Recordset& rs);
+// `vjahr`, with the run's modifier table; nothing where no part of the date is known.
+void datumschreiben(Exportlauf& lauf, std::int16_t nr, dao::Recordset& rs);
 
 // A date as GEDCOM text: "DD MMM YYYY", "MMM YYYY", "YYYY" or "DD MM YYYY" with the English
 // month names of GEDCOM for the languages "GB", "UK" and "E".

@@ -2,16 +2,14 @@
 
 #include "database/tabellen.h"
 #include "engine/text_util.h"
-#include "frame/platform.h"
 #include "frame/sprache.h"
 #include "gedcom/datum.h"
-#include "gedcom/nachschlagen.h"
+#include "gedcom/exportlauf.h"
 #include "gedcom/orte.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
 #include "gedcom/zeichensatz.h"
 #include "gedcom/zeilen.h"
-#include "wizard/auswahl.h"
 
 #include <algorithm>
 
@@ -32,10 +30,10 @@ std::string rolle(const std::string& asso, const std::string& ursprung) {
     return r;
 }
 
-void assoziierte(std::int16_t nr, RecordId ereignis) {
-    for (const Beteiligter& b : beteiligte_nachschlagen(ereignis)) {
-        zeile(nr + 1, "ASSO @I" + b.quelle.text() + "@");
-        zeile(nr + 2, "RELA " + rolle(b.asso, b.ursprung));
+void assoziierte(Exportlauf& lauf, std::int16_t nr, RecordId ereignis) {
+    for (const Beteiligter& b : lauf.tabellen.beteiligte(ereignis)) {
+        zeile(lauf, nr + 1, "ASSO @I" + b.quelle.text() + "@");
+        zeile(lauf, nr + 2, "RELA " + rolle(b.asso, b.ursprung));
     }
 }
 
@@ -64,10 +62,10 @@ void Ereignisliste::sortieren() {
     });
 }
 
-void Ereignisliste::schreiben(std::int16_t maxHP) {
+void Ereignisliste::schreiben(Exportlauf& lauf, std::int16_t maxHP) {
     sortieren();
     for (const Eintrag& e : eintraege_)
-        ereignisschreiben(1, e.ereignis, maxHP);
+        ereignisschreiben(lauf, 1, e.ereignis, maxHP);
 }
 
 void ereignis_einreihen(Ereignisliste& liste, RecordId ziel) {
@@ -80,14 +78,14 @@ void ereignis_einreihen(Ereignisliste& liste, RecordId ziel) {
                           static_cast<int>(e.get("vtag").toInt()), ziel);
 }
 
-void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP) {
-    platform().doEvents();
+void ereignisschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, std::int16_t maxHP) {
+    lauf.fortschritt.ereignisse();
     dao::Recordset& e = *rs_Ereignis;
     e.Index("Counter");
     e.Seek("=", Value(datensatz));
     if (e.NoMatch() || !e.get("markierung").toBool())
         return;
-    const Ereignisart* gefunden = ereignisart_nachschlagen(e.get("Art").toInt());
+    const Ereignisart* gefunden = lauf.tabellen.ereignisart(e.get("Art").toInt());
     if (!gefunden)
         return;
     const Ereignisart& art = *gefunden;
@@ -99,12 +97,12 @@ void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP) 
 
     const auto unter = static_cast<std::int16_t>(nr + 1);
     if (tag.empty()) {
-        zeile(nr, "EVEN");
-        zeile(unter, "TYPE " + art.art);
+        zeile(lauf, nr, "EVEN");
+        zeile(lauf, unter, "TYPE " + art.art);
     } else {
-        zeile(nr, tag + tagwert);
+        zeile(lauf, nr, tag + tagwert);
     }
-    datumschreiben(unter, e);
+    datumschreiben(lauf, unter, e);
     const std::string kurztext = e.get("Kurztext").text();
     const RecordId counter = e.get("Counter").toRecordId();
     const RecordId ort = e.get("Ort").toRecordId();
@@ -112,19 +110,18 @@ void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP) 
     const Value geaendert = e.get("geaendert");
     const std::string text = rtf_klartext(e.get("Text").text());
     if (!isBlank(kurztext))
-        GEDtext(unter, "NOTE", kurztext);
+        GEDtext(lauf, unter, "NOTE", kurztext);
     if (!isBlank(text))
-        GEDtext(unter, "TEXT", text);
+        GEDtext(lauf, unter, "TEXT", text);
     if (!isBlank(grund) && tagwert.empty()) {
-        AuswahlForm& form = Auswahl();
-        const bool alsNotiz = form.angehakt(form.nur_auf_55()) && isBlank(kurztext);
-        GEDtext(unter, alsNotiz ? " NOTE " : " CAUS ", grund);
+        const bool alsNotiz = lauf.optionen.nur_55 && isBlank(kurztext);
+        GEDtext(lauf, unter, alsNotiz ? " NOTE " : " CAUS ", grund);
     }
-    ortschreiben(unter, ort);
-    Bildverknuepfungschreiben(unter, bild);
-    Chanschreiben(unter, geaendert);
-    Quellenschreiben(unter, counter, "E");
-    assoziierte(nr, counter);
+    ortschreiben(lauf, unter, ort);
+    Bildverknuepfungschreiben(lauf, unter, bild);
+    Chanschreiben(lauf, unter, geaendert);
+    Quellenschreiben(lauf, unter, counter, "E");
+    assoziierte(lauf, nr, counter);
 }
 
 } // namespace folio

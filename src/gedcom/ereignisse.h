@@ -9,11 +9,13 @@
 
 namespace folio {
 
+class Exportlauf;
+
 // Writes the event `datensatz` at level `nr` with its tag (or EVEN and TYPE), date, texts,
 // cause, place, picture, change stamp, sources and associates; nothing where the event isn't
 // there or isn't marked, where neither catalogue knows its kind, or where its kind has another
 // number of main persons than `maxHP` (1 under a person, 2 under a family).
-void ereignisschreiben(std::int16_t nr, RecordId datensatz, std::int16_t maxHP);
+void ereignisschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, std::int16_t maxHP);
 
 // The sort key of a partial date: an unknown year sorts behind all dated events, an unknown
 // month at the end of its year, an unknown day at the end of its month.
@@ -34,7 +36,7 @@ public:
     }
     void sortieren();
     // Sorts the list and writes its events at level 1 with `maxHP` main persons.
-    void schreiben(std::int16_t maxHP);
+    void schreiben(Exportlauf& lauf, std::int16_t maxHP);
     const std::vector<Eintrag>& eintraege() const { return eintraege_; }
 
 private:

@@ -3,8 +3,8 @@
 #include "database/tabellen.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/export.h"
+#include "gedcom/exportlauf.h"
 #include "gedcom/familientabelle.h"
-#include "gedcom/nachschlagen.h"
 #include "gedcom/zeilen.h"
 
 #include <algorithm>
@@ -44,18 +44,18 @@ bool partner_einsetzen(RecordId partner, RecordId& vater, RecordId& mutter) {
 // The marked children of both parents, or of the one parent a row has: a family of one
 // parent takes all of that parent's children, also those of another family with both. The
 // family table noted them while it was built, in the order of a query of them.
-void kinder(const Familientabelle& tabelle, RecordId vater, RecordId mutter) {
+void kinder(Exportlauf& lauf, const Familientabelle& tabelle, RecordId vater, RecordId mutter) {
     for (RecordId kind : tabelle.kinder(vater, mutter))
-        zeile(1, "CHIL @I" + kind.text() + "@");
+        zeile(lauf, 1, "CHIL @I" + kind.text() + "@");
 }
 
 // The events in which both partners are main persons, in the order of their dates. The
 // event writer keeps those whose kind has two main persons; a row with a 0 finds none.
-void ereignisse(RecordId vater, RecordId mutter) {
+void ereignisse(Exportlauf& lauf, RecordId vater, RecordId mutter) {
     // A query can only give a row with the exact "d" where the person has such a link: the
     // queries that can't are left out, which changes nothing in what is found.
-    const auto der_mutter_eigen = hauptereignisse_nachschlagen(mutter);
-    if (hauptereignisse_nachschlagen(vater).empty() || der_mutter_eigen.empty())
+    const auto der_mutter_eigen = lauf.tabellen.hauptereignisse(mutter);
+    if (lauf.tabellen.hauptereignisse(vater).empty() || der_mutter_eigen.empty())
         return;
     auto hat_die_mutter = [&](RecordId ereignis) {
         return std::any_of(der_mutter_eigen.begin(), der_mutter_eigen.end(),
@@ -76,25 +76,25 @@ void ereignisse(RecordId vater, RecordId mutter) {
             if (der_mutter->get("Ursprung").text() == "d")
                 ereignis_einreihen(liste, der_mutter->get("Ziel").toRecordId());
     }
-    liste.schreiben(2);
+    liste.schreiben(lauf, 2);
 }
 
-void familie_schreiben(const Familientabelle& tabelle, std::size_t nummer,
+void familie_schreiben(Exportlauf& lauf, const Familientabelle& tabelle, std::size_t nummer,
                        const Familientabelle::Familie& familie) {
-    zeile("0 @F" + std::to_string(nummer) + "@ FAM");
+    zeile(lauf, "0 @F" + std::to_string(nummer) + "@ FAM");
     if (!familie.vater.isZero())
-        zeile(1, "HUSB @I" + familie.vater.text() + "@");
+        zeile(lauf, 1, "HUSB @I" + familie.vater.text() + "@");
     if (!familie.mutter.isZero())
-        zeile(1, "WIFE @I" + familie.mutter.text() + "@");
-    kinder(tabelle, familie.vater, familie.mutter);
-    ereignisse(familie.vater, familie.mutter);
+        zeile(lauf, 1, "WIFE @I" + familie.mutter.text() + "@");
+    kinder(lauf, tabelle, familie.vater, familie.mutter);
+    ereignisse(lauf, familie.vater, familie.mutter);
 }
 
 } // namespace
 
-void familien_aus_eltern(Familientabelle& tabelle) {
+void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
     rs_Daten->Index("Counter");
-    zeilen_durchlaufen("SELECT * FROM Daten WHERE Markierung = TRUE ;", 5, 5,
+    zeilen_durchlaufen(lauf, "SELECT * FROM Daten WHERE Markierung = TRUE ;", 5, 5,
                        [&](dao::Recordset& person) {
                            const RecordId vater = person.get("Vater").toRecordId();
                            const RecordId mutter = person.get("Mutter").toRecordId();
@@ -111,10 +111,10 @@ void familien_aus_eltern(Familientabelle& tabelle) {
                        });
 }
 
-void familien_aus_partnerschaften(Familientabelle& tabelle) {
+void familien_aus_partnerschaften(Exportlauf& lauf, Familientabelle& tabelle) {
     rs_Daten->Index("Counter");
     // A tree without marriage links gives an empty result, which is left alone.
-    zeilen_durchlaufen("Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
+    zeilen_durchlaufen(lauf, "Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
                        [&](dao::Recordset& paar) {
                            // Two partners of the same kind: the second takes the place of the
                            // first.
@@ -127,11 +127,12 @@ void familien_aus_partnerschaften(Familientabelle& tabelle) {
                        });
 }
 
-void familien_schreiben(const Familientabelle& tabelle) {
+void familien_schreiben(Exportlauf& lauf, const Familientabelle& tabelle) {
     const std::size_t anzahl = tabelle.anzahl();
     for (std::size_t i = 1; i <= anzahl; ++i) {
-        fortschritt_setzen(static_cast<std::int64_t>(i), static_cast<std::int64_t>(anzahl), 80, 20);
-        familie_schreiben(tabelle, i, tabelle.zeile(i));
+        fortschritt_setzen(lauf, static_cast<std::int64_t>(i), static_cast<std::int64_t>(anzahl),
+                           80, 20);
+        familie_schreiben(lauf, tabelle, i, tabelle.zeile(i));
     }
 }
 

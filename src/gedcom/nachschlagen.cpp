@@ -1,7 +1,7 @@
 #include "gedcom/nachschlagen.h"
 
-#include "engine/connection_setup.h"
 #include "database/tabellen.h"
+#include "engine/connection_setup.h"
 #include "engine/text_util.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/rtf.h"
@@ -14,39 +14,6 @@
 namespace folio {
 
 namespace {
-
-struct Speicher {
-    const dao::Database* db = nullptr;
-    std::uint64_t generation = 0;
-    std::unordered_map<RecordId, OrtEintrag> orte;
-    std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten;
-    bool beteiligte_geladen = false;
-    std::vector<Beteiligter> beteiligte; // by event
-    bool hauptereignisse_geladen = false;
-    std::vector<Hauptereignis> hauptereignisse; // by person
-    bool verknuepfungen_geladen = false;
-    std::vector<Verknuepfung> verknuepfungen; // by record, kind and target letter
-    std::map<const dao::Recordset*, std::unordered_map<RecordId, std::optional<std::string>>>
-        markiert;
-};
-
-Speicher& speicher() {
-    static Speicher s;
-    if (s.db != DB.get() || !DB || s.generation != DB->writeGeneration()) {
-        s.orte.clear();
-        s.arten.clear();
-        s.beteiligte.clear();
-        s.beteiligte_geladen = false;
-        s.verknuepfungen.clear();
-        s.verknuepfungen_geladen = false;
-        s.hauptereignisse.clear();
-        s.hauptereignisse_geladen = false;
-        s.markiert.clear();
-        s.db = DB.get();
-        s.generation = DB ? DB->writeGeneration() : 0;
-    }
-    return s;
-}
 
 Ereignisart ereignisart_lesen(dao::Recordset& rs) {
     Ereignisart a;
@@ -91,23 +58,25 @@ char buchstabe(const std::string& s) {
 
 // All links of persons in other roles than main persons, read in one pass over the table
 // instead of one query per event. DISTINCT compares texts without regard to case.
-void beteiligte_laden(Speicher& s) {
+} // namespace
+
+void Nachschlagetabellen::beteiligte_laden() {
     auto rs = DB->OpenRecordset("SELECT Ziel, Quelle, Ursprung, ASSO FROM Ereignis_DS");
     for (; !rs->Eof(); rs->MoveNext()) {
         std::string ursprung = rs->get("Ursprung").text();
         if (upperAscii(ursprung) == "D")
             continue; // main persons are no associates of their own event
-        s.beteiligte.push_back({rs->get("Ziel").toRecordId(), rs->get("Quelle").toRecordId(),
-                                std::move(ursprung), rs->get("ASSO").text()});
+        beteiligte_.push_back({rs->get("Ziel").toRecordId(), rs->get("Quelle").toRecordId(),
+                               std::move(ursprung), rs->get("ASSO").text()});
     }
     std::stable_sort(
-        s.beteiligte.begin(), s.beteiligte.end(),
+        beteiligte_.begin(), beteiligte_.end(),
         [](const Beteiligter& a, const Beteiligter& b) { return a.ereignis < b.ereignis; });
     // DISTINCT within each event: the first of equal rows stays.
     std::vector<Beteiligter> verschieden;
-    verschieden.reserve(s.beteiligte.size());
+    verschieden.reserve(beteiligte_.size());
     std::size_t anfang = 0;
-    for (Beteiligter& b : s.beteiligte) {
+    for (Beteiligter& b : beteiligte_) {
         if (!verschieden.empty() && verschieden.back().ereignis != b.ereignis)
             anfang = verschieden.size();
         const bool schon = std::any_of(verschieden.begin() + static_cast<std::ptrdiff_t>(anfang),
@@ -120,20 +89,20 @@ void beteiligte_laden(Speicher& s) {
             verschieden.push_back(std::move(b));
     }
     verschieden.shrink_to_fit();
-    s.beteiligte = std::move(verschieden);
-    s.beteiligte_geladen = true;
+    beteiligte_ = std::move(verschieden);
+    beteiligte_geladen_ = true;
 }
 
 // All general links, read in one pass over the table instead of one query per record.
-void verknuepfungen_laden(Speicher& s) {
-    s.verknuepfungen.reserve(static_cast<std::size_t>(anzahl("SELECT count(*) FROM Quellen_DS")));
+void Nachschlagetabellen::verknuepfungen_laden() {
+    verknuepfungen_.reserve(static_cast<std::size_t>(anzahl("SELECT count(*) FROM Quellen_DS")));
     auto rs = DB->OpenRecordset("SELECT Quelle, Art_Quelle, Ziel, Art_Ziel FROM Quellen_DS");
     for (; !rs->Eof(); rs->MoveNext())
-        s.verknuepfungen.push_back({rs->get("Quelle").toRecordId(),
-                                    grossbuchstabe(buchstabe(rs->get("Art_Quelle").text())),
-                                    buchstabe(rs->get("Art_Ziel").text()),
-                                    rs->get("Ziel").toRecordId()});
-    std::stable_sort(s.verknuepfungen.begin(), s.verknuepfungen.end(),
+        verknuepfungen_.push_back({rs->get("Quelle").toRecordId(),
+                                   grossbuchstabe(buchstabe(rs->get("Art_Quelle").text())),
+                                   buchstabe(rs->get("Art_Ziel").text()),
+                                   rs->get("Ziel").toRecordId()});
+    std::stable_sort(verknuepfungen_.begin(), verknuepfungen_.end(),
                      [](const Verknuepfung& a, const Verknuepfung& b) {
                          if (a.quelle != b.quelle)
                              return a.quelle < b.quelle;
@@ -141,16 +110,16 @@ void verknuepfungen_laden(Speicher& s) {
                              return a.art_quelle < b.art_quelle;
                          return grossbuchstabe(a.art_ziel) < grossbuchstabe(b.art_ziel);
                      });
-    s.verknuepfungen_geladen = true;
+    verknuepfungen_geladen_ = true;
 }
 
 // The links of main persons with the sort keys of their events, in one pass over each of
 // the two tables instead of a query per person and a seek per event.
-void hauptereignisse_laden(Speicher& s) {
+void Nachschlagetabellen::hauptereignisse_laden() {
     std::vector<std::pair<RecordId, RecordId>> schluessel; // event, sort key
     schluessel.reserve(static_cast<std::size_t>(anzahl("SELECT count(*) FROM Ereignis")));
     // An upper bound: the comparison finds "D" too.
-    s.hauptereignisse.reserve(
+    hauptereignisse_.reserve(
         static_cast<std::size_t>(anzahl("SELECT count(*) FROM Ereignis_DS WHERE Ursprung = 'd'")));
     {
         auto rs = DB->OpenRecordset("SELECT Counter, vJahr, vMonat, vTag FROM Ereignis");
@@ -172,43 +141,38 @@ void hauptereignisse_laden(Speicher& s) {
         auto it = std::lower_bound(schluessel.begin(), schluessel.end(), ziel,
                                    [](const auto& e, RecordId z) { return e.first < z; });
         if (it != schluessel.end() && it->first == ziel)
-            s.hauptereignisse.push_back({rs->get("Quelle").toRecordId(), ziel, it->second});
+            hauptereignisse_.push_back({rs->get("Quelle").toRecordId(), ziel, it->second});
     }
     std::stable_sort(
-        s.hauptereignisse.begin(), s.hauptereignisse.end(),
+        hauptereignisse_.begin(), hauptereignisse_.end(),
         [](const Hauptereignis& a, const Hauptereignis& b) { return a.person < b.person; });
-    s.hauptereignisse_geladen = true;
+    hauptereignisse_geladen_ = true;
 }
 
-} // namespace
-
-std::span<const Hauptereignis> hauptereignisse_nachschlagen(RecordId person) {
-    Speicher& s = speicher();
-    if (!s.hauptereignisse_geladen)
-        hauptereignisse_laden(s);
-    auto von = std::lower_bound(s.hauptereignisse.begin(), s.hauptereignisse.end(), person,
+std::span<const Hauptereignis> Nachschlagetabellen::hauptereignisse(RecordId person) {
+    if (!hauptereignisse_geladen_)
+        hauptereignisse_laden();
+    auto von = std::lower_bound(hauptereignisse_.begin(), hauptereignisse_.end(), person,
                                 [](const Hauptereignis& h, RecordId p) { return h.person < p; });
-    auto bis = std::upper_bound(von, s.hauptereignisse.end(), person,
+    auto bis = std::upper_bound(von, hauptereignisse_.end(), person,
                                 [](RecordId p, const Hauptereignis& h) { return p < h.person; });
     return {von, bis};
 }
 
-std::span<const Beteiligter> beteiligte_nachschlagen(RecordId ereignis) {
-    Speicher& s = speicher();
-    if (!s.beteiligte_geladen)
-        beteiligte_laden(s);
-    auto von = std::lower_bound(s.beteiligte.begin(), s.beteiligte.end(), ereignis,
+std::span<const Beteiligter> Nachschlagetabellen::beteiligte(RecordId ereignis) {
+    if (!beteiligte_geladen_)
+        beteiligte_laden();
+    auto von = std::lower_bound(beteiligte_.begin(), beteiligte_.end(), ereignis,
                                 [](const Beteiligter& b, RecordId e) { return b.ereignis < e; });
-    auto bis = std::upper_bound(von, s.beteiligte.end(), ereignis,
+    auto bis = std::upper_bound(von, beteiligte_.end(), ereignis,
                                 [](RecordId e, const Beteiligter& b) { return e < b.ereignis; });
     return {von, bis};
 }
 
-std::span<const Verknuepfung> verknuepfungen_nachschlagen(RecordId quelle,
-                                                          const std::string& art_quelle) {
-    Speicher& s = speicher();
-    if (!s.verknuepfungen_geladen)
-        verknuepfungen_laden(s);
+std::span<const Verknuepfung> Nachschlagetabellen::verknuepfungen(RecordId quelle,
+                                                                  const std::string& art_quelle) {
+    if (!verknuepfungen_geladen_)
+        verknuepfungen_laden();
     const char art = grossbuchstabe(buchstabe(art_quelle));
     if (art == '\0')
         return {};
@@ -219,21 +183,21 @@ std::span<const Verknuepfung> verknuepfungen_nachschlagen(RecordId quelle,
     auto nach = [](const std::pair<RecordId, char>& k, const Verknuepfung& v) {
         return k < std::pair(v.quelle, v.art_quelle);
     };
-    auto von = std::lower_bound(s.verknuepfungen.begin(), s.verknuepfungen.end(), schluessel, vor);
-    auto bis = std::upper_bound(von, s.verknuepfungen.end(), schluessel, nach);
+    auto von = std::lower_bound(verknuepfungen_.begin(), verknuepfungen_.end(), schluessel, vor);
+    auto bis = std::upper_bound(von, verknuepfungen_.end(), schluessel, nach);
     return {von, bis};
 }
 
-const Ereignisart* ereignisart_nachschlagen(std::int64_t art) {
-    auto& arten = speicher().arten;
+const Ereignisart* Nachschlagetabellen::ereignisart(std::int64_t art) {
+    auto& arten = arten_;
     auto it = arten.find(art);
     if (it == arten.end())
         it = arten.emplace(art, ereignisart_suchen(art)).first;
     return it->second ? &*it->second : nullptr;
 }
 
-const OrtEintrag& ort_nachschlagen(RecordId datensatz) {
-    auto& orte = speicher().orte;
+const OrtEintrag& Nachschlagetabellen::ort(RecordId datensatz) {
+    auto& orte = orte_;
     auto it = orte.find(datensatz);
     if (it != orte.end())
         return it->second;
@@ -252,8 +216,8 @@ const OrtEintrag& ort_nachschlagen(RecordId datensatz) {
     return orte.emplace(datensatz, std::move(e)).first->second;
 }
 
-const std::string* markiert_nachschlagen(dao::Recordset& rs, RecordId datensatz) {
-    auto& ziele = speicher().markiert[&rs];
+const std::string* Nachschlagetabellen::markiert(dao::Recordset& rs, RecordId datensatz) {
+    auto& ziele = markiert_[&rs];
     auto it = ziele.find(datensatz);
     if (it == ziele.end()) {
         std::optional<std::string> counter;

@@ -1,14 +1,16 @@
 // Lookups of records that the writers of a run make again and again (a place under every
 // event, a source under many). The tree doesn't change while a run reads it, so each record
-// is looked up once; what is kept is forgotten as soon as anything is written to the
-// database or another database is open.
+// is looked up once, into tables that belong to the run and go with it.
 #pragma once
 
 #include "engine/record_id.h"
 
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <span>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace folio {
@@ -24,8 +26,6 @@ struct OrtEintrag {
     bool hat_text = false; // its memo has a text
 };
 
-const OrtEintrag& ort_nachschlagen(RecordId datensatz);
-
 // The four columns of the kinds of events that the event writer needs.
 struct Ereignisart {
     std::string gedtag;
@@ -33,10 +33,6 @@ struct Ereignisart {
     std::int64_t maxhauptpersonen = 0;
     bool causAlsTag = false;
 };
-
-// The kind of event from the file's own table of kinds, else from the catalogue; nullptr
-// where neither knows it.
-const Ereignisart* ereignisart_nachschlagen(std::int64_t art);
 
 // A person who takes part in an event in another role than a main person: the distinct rows
 // of the event's links, as a query of them with DISTINCT gives them (in an order of its own).
@@ -46,7 +42,6 @@ struct Beteiligter {
     std::string ursprung;
     std::string asso;
 };
-std::span<const Beteiligter> beteiligte_nachschlagen(RecordId ereignis);
 
 // The general links of a record: its rows of Quellen_DS for a kind of record (compared
 // without regard to case), ordered by the letter of the target as a query ordered by it.
@@ -58,8 +53,6 @@ struct Verknuepfung {
     char art_ziel;
     RecordId ziel;
 };
-std::span<const Verknuepfung> verknuepfungen_nachschlagen(RecordId quelle,
-                                                          const std::string& art_quelle);
 
 // The events of which a person is a main person ("d"), in the order of the person's links,
 // each with the sort key of its first date; links to events that don't exist are left out.
@@ -68,9 +61,35 @@ struct Hauptereignis {
     RecordId ereignis;
     RecordId schluessel;
 };
-std::span<const Hauptereignis> hauptereignisse_nachschlagen(RecordId person);
 
-// The record's Counter as text where it exists and is marked; nullptr otherwise.
-const std::string* markiert_nachschlagen(dao::Recordset& rs, RecordId datensatz);
+class Nachschlagetabellen {
+public:
+    // The place, marked or not, as the writers need it.
+    const OrtEintrag& ort(RecordId datensatz);
+    // The kind of event from the file's own table of kinds, else from the catalogue; nullptr
+    // where neither knows it.
+    const Ereignisart* ereignisart(std::int64_t art);
+    std::span<const Beteiligter> beteiligte(RecordId ereignis);
+    std::span<const Verknuepfung> verknuepfungen(RecordId quelle, const std::string& art_quelle);
+    std::span<const Hauptereignis> hauptereignisse(RecordId person);
+    // The record's Counter as text where it exists and is marked; nullptr otherwise.
+    const std::string* markiert(dao::Recordset& rs, RecordId datensatz);
+
+private:
+    void beteiligte_laden();
+    void verknuepfungen_laden();
+    void hauptereignisse_laden();
+
+    std::unordered_map<RecordId, OrtEintrag> orte_;
+    std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten_;
+    bool beteiligte_geladen_ = false;
+    std::vector<Beteiligter> beteiligte_; // by event
+    bool hauptereignisse_geladen_ = false;
+    std::vector<Hauptereignis> hauptereignisse_; // by person
+    bool verknuepfungen_geladen_ = false;
+    std::vector<Verknuepfung> verknuepfungen_; // by record, kind and target letter
+    std::map<const dao::Recordset*, std::unordered_map<RecordId, std::optional<std::string>>>
+        markiert_;
+};
 
 } // namespace folio

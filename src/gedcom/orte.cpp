@@ -2,7 +2,7 @@
 
 #include "database/tabellen.h"
 #include "engine/text_util.h"
-#include "gedcom/nachschlagen.h"
+#include "gedcom/exportlauf.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
 #include "gedcom/zeilen.h"
@@ -20,20 +20,20 @@ bool markiert_gefunden(dao::Recordset& rs, RecordId datensatz) {
 
 } // namespace
 
-void ortschreiben(std::int16_t nr, RecordId datensatz) {
+void ortschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
     if (datensatz.isZero())
         return;
-    const OrtEintrag& ort = ort_nachschlagen(datensatz);
+    const OrtEintrag& ort = lauf.tabellen.ort(datensatz);
     if (!ort.markiert)
         return;
-    zeile(nr, "PLAC " + ort.name);
+    zeile(lauf, nr, "PLAC " + ort.name);
     if (ort.hat_text)
-        zeile(nr + 1, "NOTE @ON" + ort.counter.text() + "@");
-    Notizverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), ort.notiz);
-    Bildverknuepfungschreiben(static_cast<std::int16_t>(nr + 1), ort.bild);
+        zeile(lauf, nr + 1, "NOTE @ON" + ort.counter.text() + "@");
+    Notizverknuepfungschreiben(lauf, static_cast<std::int16_t>(nr + 1), ort.notiz);
+    Bildverknuepfungschreiben(lauf, static_cast<std::int16_t>(nr + 1), ort.bild);
 }
 
-void Adresseschreiben(std::int16_t nr, RecordId datensatz) {
+void Adresseschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
     dao::Recordset& adressen = *rs_Adressen;
     if (!markiert_gefunden(adressen, datensatz))
         return;
@@ -42,11 +42,11 @@ void Adresseschreiben(std::int16_t nr, RecordId datensatz) {
     const RecordId ort = adressen.get("Ort").toRecordId();
     const std::string memo = rtf_klartext(adressen.get("Memo").text());
     const auto unter = static_cast<std::int16_t>(nr + 1);
-    GEDtext(nr, "ADDR", adresse);
-    zeile(unter, "TITL " + listenname);
-    ortschreiben(unter, ort);
+    GEDtext(lauf, nr, "ADDR", adresse);
+    zeile(lauf, unter, "TITL " + listenname);
+    ortschreiben(lauf, unter, ort);
     if (!isBlank(memo))
-        GEDtext(unter, "NOTE", memo);
+        GEDtext(lauf, unter, "NOTE", memo);
 }
 
 } // namespace folio

@@ -8,7 +8,9 @@
 
 namespace folio {
 
-void ortschreiben(std::int16_t nr, RecordId datensatz);
-void Adresseschreiben(std::int16_t nr, RecordId datensatz);
+class Exportlauf;
+
+void ortschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz);
+void Adresseschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz);
 
 } // namespace folio

@@ -5,14 +5,13 @@
 #include "frame/sprache.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/export.h"
+#include "gedcom/exportlauf.h"
 #include "gedcom/familientabelle.h"
-#include "gedcom/nachschlagen.h"
 #include "gedcom/orte.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
 #include "gedcom/zeichensatz.h"
 #include "gedcom/zeilen.h"
-#include "wizard/auswahl.h"
 
 #include <algorithm>
 #include <array>
@@ -45,14 +44,14 @@ std::string rolle(const std::string& asso) {
     return r;
 }
 
-void namen(dao::Recordset& p, bool geschuetzt) {
+void namen(Exportlauf& lauf, dao::Recordset& p, bool geschuetzt) {
     const std::string givn = p.get("GIVN").text();
     const std::string surn = p.get("SURN").text();
-    zeile(1, "NAME " + (geschuetzt ? initiale(givn) : givn) + " /" + surn + "/");
+    zeile(lauf, 1, "NAME " + (geschuetzt ? initiale(givn) : givn) + " /" + surn + "/");
     if (!isBlank(givn))
-        zeile(2, "GIVN " + (geschuetzt ? initiale(givn) : trimmed(givn)));
+        zeile(lauf, 2, "GIVN " + (geschuetzt ? initiale(givn) : trimmed(givn)));
     if (!isBlank(surn))
-        zeile(2, "SURN " + trimmed(surn));
+        zeile(lauf, 2, "SURN " + trimmed(surn));
     if (geschuetzt)
         return;
     for (const auto& [feld, tag] :
@@ -63,32 +62,33 @@ void namen(dao::Recordset& p, bool geschuetzt) {
                                                              {"SPFX", "SPFX"}}}) {
         const std::string wert = p.get(feld).text();
         if (!isBlank(wert))
-            zeile(2, std::string(tag) + " " + trimmed(wert));
+            zeile(lauf, 2, std::string(tag) + " " + trimmed(wert));
     }
     const std::string notiz = p.get("NameNOTE").text();
     if (!isBlank(notiz))
-        GEDtext(2, "NOTE", notiz);
+        GEDtext(lauf, 2, "NOTE", notiz);
 }
 
-void ereignisse(RecordId person) {
+void ereignisse(Exportlauf& lauf, RecordId person) {
     Ereignisliste liste;
-    for (const Hauptereignis& h : hauptereignisse_nachschlagen(person))
+    for (const Hauptereignis& h : lauf.tabellen.hauptereignisse(person))
         liste.hinzufuegen(h.schluessel, h.ereignis);
-    liste.schreiben(1);
+    liste.schreiben(lauf, 1);
 }
 
-void assoziierte(RecordId person) {
+void assoziierte(Exportlauf& lauf, RecordId person) {
     auto rs = DB->OpenRecordset(
         "Select DISTINCT Ziel, ASSO FROM Daten_DS WHERE Art = 'Z' AND ( Quelle =" +
         person.sqlLiteral() + ") ORDER BY Asso ;");
     for (; !rs->Eof(); rs->MoveNext()) {
-        zeile(1, "ASSO @I" + rs->get("Ziel").toRecordId().text() + "@");
-        zeile(2, "RELA " + rolle(rs->get("ASSO").text()));
+        zeile(lauf, 1, "ASSO @I" + rs->get("Ziel").toRecordId().text() + "@");
+        zeile(lauf, 2, "RELA " + rolle(rs->get("ASSO").text()));
     }
 }
 
 // FAMC and FAMS by the rows of the family table, in the order of the rows.
-void familien(const Familientabelle& tabelle, RecordId person, RecordId vater, RecordId mutter) {
+void familien(Exportlauf& lauf, const Familientabelle& tabelle, RecordId person, RecordId vater,
+              RecordId mutter) {
     const auto& kind = tabelle.zeilen_mit_eltern(vater, mutter);
     const auto& eltern = tabelle.zeilen_mit_person(person);
     auto k = kind.begin();
@@ -97,66 +97,67 @@ void familien(const Familientabelle& tabelle, RecordId person, RecordId vater, R
         const std::size_t i =
             std::min(k != kind.end() ? *k : SIZE_MAX, e != eltern.end() ? *e : SIZE_MAX);
         if (k != kind.end() && *k == i) {
-            zeile(1, "FAMC @F" + std::to_string(i) + "@");
+            zeile(lauf, 1, "FAMC @F" + std::to_string(i) + "@");
             ++k;
         }
         if (e != eltern.end() && *e == i) {
-            zeile(1, "FAMS @F" + std::to_string(i) + "@");
+            zeile(lauf, 1, "FAMS @F" + std::to_string(i) + "@");
             ++e;
         }
     }
 }
 
-void person_schreiben(dao::Recordset& p, const Familientabelle& tabelle) {
-    AuswahlForm& form = Auswahl();
+void person_schreiben(Exportlauf& lauf, dao::Recordset& p, const Familientabelle& tabelle) {
+    // The privacy options hold for living persons alone.
+    const Exportoptionen& o = lauf.optionen;
     const bool lebt = p.get("Lebt").toBool();
-    bool geschuetzt[4];
-    for (int k = 0; k < 4; ++k)
-        geschuetzt[k] = lebt && form.angehakt(form.Datenschutzcheck(k));
+    const bool vornamen_kuerzen = lebt && o.vornamen_kuerzen, ohne_titel = lebt && o.ohne_titel,
+               ohne_lebensdaten = lebt && o.ohne_lebensdaten,
+               ohne_verknuepfungen = lebt && o.ohne_verknuepfungen;
     const RecordId counter = p.get("Counter").toRecordId();
 
-    zeile("0 @I" + counter.text() + "@ INDI");
-    namen(p, geschuetzt[0]);
-    zeile(1, p.get("Geschlecht").text() == "M" ? "SEX M" : "SEX F");
+    zeile(lauf, "0 @I" + counter.text() + "@ INDI");
+    namen(lauf, p, vornamen_kuerzen);
+    zeile(lauf, 1, p.get("Geschlecht").text() == "M" ? "SEX M" : "SEX F");
     const std::string titl = p.get("TITL").text();
-    if (!isBlank(titl) && !geschuetzt[1])
-        zeile(1, "TITL " + trimmed(titl));
-    if (!geschuetzt[2]) {
+    if (!isBlank(titl) && !ohne_titel)
+        zeile(lauf, 1, "TITL " + trimmed(titl));
+    if (!ohne_lebensdaten) {
         const Value occu = p.get("OCCU");
         if (!occu.isNull() && !isBlank(occu.text()))
-            GEDtext(1, "OCCU", occu.text());
-        ereignisse(counter);
+            GEDtext(lauf, 1, "OCCU", occu.text());
+        ereignisse(lauf, counter);
     }
-    if (!geschuetzt[3]) {
+    if (!ohne_verknuepfungen) {
         const Value memo = p.get("Memo");
         const std::string klartext = memo.isNull() ? "" : rtf_klartext(memo.text());
         if (!isBlank(klartext))
-            GEDtext(1, "NOTE", klartext);
+            GEDtext(lauf, 1, "NOTE", klartext);
         const RecordId ort = p.get("Ort").toRecordId(), bild = p.get("Bild").toRecordId(),
                        notiz = p.get("Notiz").toRecordId();
         const std::string religion = p.get("Religion").text();
-        if (!form.angehakt(form.nur_auf_55()))
-            ortschreiben(1, ort);
-        Bildverknuepfungschreiben(1, bild);
-        Notizverknuepfungschreiben(1, notiz);
+        if (!o.nur_55)
+            ortschreiben(lauf, 1, ort);
+        Bildverknuepfungschreiben(lauf, 1, bild);
+        Notizverknuepfungschreiben(lauf, 1, notiz);
         if (!isBlank(religion))
-            zeile(1, "RELI " + trimmed(religion));
+            zeile(lauf, 1, "RELI " + trimmed(religion));
     }
-    Chanschreiben(1, p.get("geaendert"));
+    Chanschreiben(lauf, 1, p.get("geaendert"));
     const Value guid = p.get("GUID");
     if (!guid.isNull())
-        zeile(1, "_UID " + mitte(guid.text(), 2, 36)); // without the braces
-    if (!geschuetzt[3])
-        Quellenschreiben(1, counter, "D");
-    assoziierte(counter);
-    familien(tabelle, counter, p.get("Vater").toRecordId(), p.get("Mutter").toRecordId());
+        zeile(lauf, 1, "_UID " + mitte(guid.text(), 2, 36)); // without the braces
+    if (!ohne_verknuepfungen)
+        Quellenschreiben(lauf, 1, counter, "D");
+    assoziierte(lauf, counter);
+    familien(lauf, tabelle, counter, p.get("Vater").toRecordId(), p.get("Mutter").toRecordId());
 }
 
 } // namespace
 
-void personen_schreiben(const Familientabelle& familien) {
-    zeilen_durchlaufen("SELECT * FROM Daten WHERE Markierung = TRUE ;", 15, 50,
-                       [&](dao::Recordset& person) { person_schreiben(person, familien); });
+void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien) {
+    zeilen_durchlaufen(lauf, "SELECT * FROM Daten WHERE Markierung = TRUE ;", 15, 50,
+                       [&](dao::Recordset& person) { person_schreiben(lauf, person, familien); });
 }
 
 } // namespace folio

@@ -4,9 +4,10 @@
 
 namespace folio {
 
+class Exportlauf;
 class Familientabelle;
 
 // The stage of the persons: every marked person in the order of the query, with progress.
-void personen_schreiben(const Familientabelle& familien);
+void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien);
 
 } // namespace folio

@@ -1,5 +1,5 @@
 // The record classes of an export run, in the order in which they stand in the file, each
-// a stage with its progress text and its share of the progress bar.
+// as a stage that adds its text to the run's progress report before it writes.
 #pragma once
 
 #include "gedcom/familientabelle.h"
@@ -8,8 +8,12 @@
 
 namespace folio {
 
+class Exportlauf;
+
 class ExportStufen {
 public:
+    explicit ExportStufen(Exportlauf& lauf) : lauf_(lauf) {}
+
     // The family table, from the parents of the marked persons and from their partnerships.
     void familien_aus_eltern();
     void familien_aus_partnerschaften();
@@ -25,8 +29,9 @@ public:
     Familientabelle familientabelle;
 
 private:
-    // Appends the stage's text to the progress report, repaints it and lets events run.
+    // Appends the stage's text to the progress report and lets events run.
     void beginnen(const std::string& schluessel);
+    Exportlauf& lauf_;
 };
 
 } // namespace folio

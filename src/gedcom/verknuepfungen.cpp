@@ -2,21 +2,21 @@
 
 #include "database/tabellen.h"
 #include "gedcom/datum.h"
+#include "gedcom/exportlauf.h"
 #include "gedcom/nachschlagen.h"
 #include "gedcom/orte.h"
 #include "gedcom/zeilen.h"
-#include "wizard/auswahl.h"
 
 namespace folio {
 
 namespace {
 
-void zeiger(std::int16_t nr, RecordId datensatz, dao::Recordset& rs, const char* tag,
-            const char* praefix) {
+void zeiger(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, dao::Recordset& rs,
+            const char* tag, const char* praefix) {
     if (datensatz.isZero())
         return;
-    if (const std::string* counter = markiert_nachschlagen(rs, datensatz))
-        zeile(nr, std::string(tag) + " @" + praefix + *counter + "@");
+    if (const std::string* counter = lauf.tabellen.markiert(rs, datensatz))
+        zeile(lauf, nr, std::string(tag) + " @" + praefix + *counter + "@");
 }
 
 std::string zwei(int n) {
@@ -25,35 +25,36 @@ std::string zwei(int n) {
 
 } // namespace
 
-void Bildverknuepfungschreiben(std::int16_t nr, RecordId datensatz) {
-    zeiger(nr, datensatz, *rs_Bilder, "OBJE", "B");
+void Bildverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
+    zeiger(lauf, nr, datensatz, *rs_Bilder, "OBJE", "B");
 }
 
-void Notizverknuepfungschreiben(std::int16_t nr, RecordId datensatz) {
-    zeiger(nr, datensatz, *rs_Notiz, "NOTE", "N");
+void Notizverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
+    zeiger(lauf, nr, datensatz, *rs_Notiz, "NOTE", "N");
 }
 
-void Dokumentverknuepfungschreiben(std::int16_t nr, RecordId datensatz) {
-    zeiger(nr, datensatz, *rs_Dokument, "SOUR", "U");
+void Dokumentverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
+    zeiger(lauf, nr, datensatz, *rs_Dokument, "SOUR", "U");
 }
 
-void Quellenschreiben(std::int16_t nr, RecordId datensatz, const std::string& Datensatzart) {
-    for (const Verknuepfung& v : verknuepfungen_nachschlagen(datensatz, Datensatzart)) {
+void Quellenschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz,
+                      const std::string& Datensatzart) {
+    for (const Verknuepfung& v : lauf.tabellen.verknuepfungen(datensatz, Datensatzart)) {
         switch (v.art_ziel) { // the exact letter: a lower-case one writes nothing
         case 'A':
-            Adresseschreiben(nr, v.ziel);
+            Adresseschreiben(lauf, nr, v.ziel);
             break;
         case 'B':
-            Bildverknuepfungschreiben(nr, v.ziel);
+            Bildverknuepfungschreiben(lauf, nr, v.ziel);
             break;
         case 'O':
-            ortschreiben(nr, v.ziel);
+            ortschreiben(lauf, nr, v.ziel);
             break;
         case 'R':
-            Notizverknuepfungschreiben(nr, v.ziel);
+            Notizverknuepfungschreiben(lauf, nr, v.ziel);
             break;
         case 'U':
-            Dokumentverknuepfungschreiben(nr, v.ziel);
+            Dokumentverknuepfungschreiben(lauf, nr, v.ziel);
             break;
         default:
             break;
@@ -61,15 +62,14 @@ void Quellenschreiben(std::int16_t nr, RecordId datensatz, const std::string& Da
     }
 }
 
-void Chanschreiben(std::int16_t nr, const Value& Datum) {
-    AuswahlForm& form = Auswahl();
-    if (!form.angehakt(form.Chancheck()) || Datum.isNull())
+void Chanschreiben(Exportlauf& lauf, std::int16_t nr, const Value& Datum) {
+    if (!lauf.optionen.aenderungsdatum || Datum.isNull())
         return;
     const DateTime stempel = Datum.toDate();
     const CalendarDateTime c = stempel.calendar();
-    zeile(nr, "CHAN");
-    zeile(nr + 1, "DATE " + gedcom_datum(stempel, "DD MMM YYYY", "UK"));
-    zeile(nr + 2, "TIME " + zwei(c.hour) + ":" + zwei(c.minute));
+    zeile(lauf, nr, "CHAN");
+    zeile(lauf, nr + 1, "DATE " + gedcom_datum(stempel, "DD MMM YYYY", "UK"));
+    zeile(lauf, nr + 2, "TIME " + zwei(c.hour) + ":" + zwei(c.minute));
 }
 
 } // namespace folio

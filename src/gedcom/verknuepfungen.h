@@ -11,14 +11,17 @@
 
 namespace folio {
 
-void Bildverknuepfungschreiben(std::int16_t nr, RecordId datensatz);
-void Notizverknuepfungschreiben(std::int16_t nr, RecordId datensatz);
-void Dokumentverknuepfungschreiben(std::int16_t nr, RecordId datensatz);
+class Exportlauf;
+
+void Bildverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz);
+void Notizverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz);
+void Dokumentverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz);
 // One structure per link of the record in Quellen_DS: addresses inline, pointers to media,
 // notes and sources, places as PLAC.
-void Quellenschreiben(std::int16_t nr, RecordId datensatz, const std::string& Datensatzart);
+void Quellenschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz,
+                      const std::string& Datensatzart);
 // The CHAN structure of a change stamp, where the wizard asks for change stamps; nothing for
 // a record without a stamp (Null).
-void Chanschreiben(std::int16_t nr, const Value& Datum);
+void Chanschreiben(Exportlauf& lauf, std::int16_t nr, const Value& Datum);
 
 } // namespace folio

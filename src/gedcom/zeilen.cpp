@@ -2,8 +2,8 @@
 
 #include "engine/text_util.h"
 #include "gedcom/ausgabe.h"
+#include "gedcom/exportlauf.h"
 #include "gedcom/zeichensatz.h"
-#include "wizard/auswahl.h"
 
 #include <algorithm>
 
@@ -63,8 +63,8 @@ std::u32string falten(const std::u32string& t) {
 }
 
 // Writes a string of one or more lines, each ending in CR LF, as it stands.
-void zeilen_ausgeben(const std::string& zeilen) {
-    ausgabe().schreiben(z(zeilen) + "\r\n");
+void zeilen_ausgeben(Exportlauf& lauf, const std::string& zeilen) {
+    lauf.ausgabe.schreiben(z(lauf.optionen.zeichensatz, zeilen) + "\r\n");
 }
 
 } // namespace
@@ -74,13 +74,8 @@ std::string utf8_text(const std::string& text) {
     return ist_utf8(text) ? text : utf8_aus(codepunkte(text));
 }
 
-std::string z(const std::string& zeile) {
-    AuswahlForm& form = Auswahl();
-    if (form.gewaehlt(form.Zeichensatz(0)))
-        return ansi_text(zeile);
-    if (form.gewaehlt(form.Zeichensatz(1)))
-        return utf8_text(zeile);
-    return "";
+std::string z(Zeichensatz zeichensatz, const std::string& zeile) {
+    return zeichensatz == Zeichensatz::Ansi ? ansi_text(zeile) : utf8_text(zeile);
 }
 
 std::string einzeilig(std::string text) {
@@ -90,12 +85,12 @@ std::string einzeilig(std::string text) {
     return text;
 }
 
-void zeile(const std::string& text) {
-    zeilen_ausgeben(einzeilig(text));
+void zeile(Exportlauf& lauf, const std::string& text) {
+    zeilen_ausgeben(lauf, einzeilig(text));
 }
 
-void zeile(int ebene, const std::string& text) {
-    zeile(std::to_string(ebene) + " " + text);
+void zeile(Exportlauf& lauf, int ebene, const std::string& text) {
+    zeile(lauf, std::to_string(ebene) + " " + text);
 }
 
 std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const std::string& text) {
@@ -119,10 +114,11 @@ std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const s
     return std::to_string(ebene) + " " + trimmed(tag) + " " + s;
 }
 
-void GEDtext(std::int16_t ebene, const std::string& tag, const std::string& text) {
+void GEDtext(Exportlauf& lauf, std::int16_t ebene, const std::string& tag,
+             const std::string& text) {
     const std::string gefaltet = gedtext_gefaltet(ebene, tag, text);
     if (!gefaltet.empty())
-        zeilen_ausgeben(gefaltet);
+        zeilen_ausgeben(lauf, gefaltet);
 }
 
 } // namespace folio

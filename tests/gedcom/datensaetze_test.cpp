@@ -161,15 +161,15 @@ TEST_F(Records, TitlesAndFileNamesStayOnTheirLineAndKeepTheirTabs) {
 }
 
 TEST_F(Records, StagesWriteTheirClassesInOrder) {
-    const std::string einzeln = written([] {
-        ortsnotizen_schreiben();
-        notizen_schreiben();
-        quellen_schreiben();
-        adressen_schreiben();
-        medien_schreiben();
+    const std::string einzeln = written([](Exportlauf& l) {
+        ortsnotizen_schreiben(l);
+        notizen_schreiben(l);
+        quellen_schreiben(l);
+        adressen_schreiben(l);
+        medien_schreiben(l);
     });
-    ExportStufen stufen;
-    EXPECT_EQ(written([&] {
+    EXPECT_EQ(written([&](Exportlauf& l) {
+                  ExportStufen stufen(l);
                   stufen.ortsnotizen();
                   stufen.notizen();
                   stufen.quellen();
@@ -186,8 +186,8 @@ TEST_F(EmptyTree, NothingMarkedWritesNothingButTheProgressText) {
     for (const char* table : {"Ort", "Notiz", "Dokument", "Adressen", "Bilder"})
         add(table, {{"Counter", Value(RecordId(1))}, {"Markierung", Value(false)}});
     Auswahl().Fortschritt().set("Value", Value(42));
-    ExportStufen stufen;
-    EXPECT_EQ(written([&] {
+    EXPECT_EQ(written([&](Exportlauf& l) {
+                  ExportStufen stufen(l);
                   stufen.ortsnotizen();
                   stufen.notizen();
                   stufen.quellen();

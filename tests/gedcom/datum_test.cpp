@@ -24,7 +24,7 @@ using Dates = test::ExportFixture;
 TEST_F(Dates, DateLinesWithTheModifiersOfGeddateIni) {
     std::ofstream(Programmpfad + "/geddate.ini", std::ios::binary)
         << "ABT\tca.\r\n  AFT  \tnach\r\nEST\tca.\r\nBEF\tvor \r\n\tleer\r\nkein Tab\r\n";
-    gedcom_zusaetze_laden(Auswahl());
+    Auswahl().gedcom_zusaetze = gedcom_zusaetze_laden();
     ASSERT_EQ(Auswahl().gedcom_zusaetze.size(), 6u);
     EXPECT_EQ(Auswahl().gedcom_zusaetze[3].second, "vor "); // nothing trimmed on reading
 
@@ -36,7 +36,7 @@ TEST_F(Dates, DateLinesWithTheModifiersOfGeddateIni) {
                          {"vMonat", Value(monat)},
                          {"vJahr", Value(jahr)}});
         auto rs = DB->OpenRecordset("SELECT * FROM Ereignis WHERE Counter = " + std::to_string(id));
-        return written([&] { datumschreiben(2, *rs); });
+        return written([&](Exportlauf& l) { datumschreiben(l, 2, *rs); });
     };
     EXPECT_EQ(line("ca.   ", 5, 3, 1850), "2 DATE ABT 05 MAR 1850\r\n"); // the first row wins
     EXPECT_EQ(line("ca.", 0, 3, 1850), "2 DATE ABT MAR 1850\r\n");
@@ -49,7 +49,7 @@ TEST_F(Dates, DateLinesWithTheModifiersOfGeddateIni) {
     EXPECT_EQ(line("ca.", 31, 2, 1850), "2 DATE ABT 03 MAR 1850\r\n");
 
     std::filesystem::remove(Programmpfad + "/geddate.ini");
-    gedcom_zusaetze_laden(Auswahl());
+    Auswahl().gedcom_zusaetze = gedcom_zusaetze_laden();
     EXPECT_TRUE(Auswahl().gedcom_zusaetze.empty());
     EXPECT_EQ(line("ca.", 0, 0, 1850), "2 DATE ca. 1850\r\n");
 }

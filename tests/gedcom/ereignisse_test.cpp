@@ -35,7 +35,7 @@ struct Events : test::ExportFixture {
                             {"ASSO", Value(asso)}});
     }
     std::string lines(int id) {
-        return written([id] { ereignisschreiben(1, RecordId(id), 1); });
+        return written([id](Exportlauf& l) { ereignisschreiben(l, 1, RecordId(id), 1); });
     }
 };
 

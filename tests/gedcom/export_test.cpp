@@ -3,6 +3,7 @@
 #include "gedcom/export.h"
 #include "support/export_fixture.h"
 #include "support/gedcom_reader.h"
+#include "wizard/exportstart.h"
 
 #include <gtest/gtest.h>
 

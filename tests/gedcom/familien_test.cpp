@@ -54,9 +54,11 @@ struct Families : test::ExportFixture {
     }
     int fortschritt() { return static_cast<int>(Auswahl().Fortschritt().get("Value").toInt()); }
     std::string families() {
-        familien_aus_eltern(tabelle);
-        familien_aus_partnerschaften(tabelle);
-        return written([&] { familien_schreiben(tabelle); });
+        return written([&](Exportlauf& l) {
+            familien_aus_eltern(l, tabelle);
+            familien_aus_partnerschaften(l, tabelle);
+            familien_schreiben(l, tabelle);
+        });
     }
 };
 
@@ -89,10 +91,10 @@ TEST_F(Families, TableFromParentsThenPartners) {
     partners(82, 80);               // a partner without a record: no row
     partners(12, 13);               // the same pair the other way round
 
-    familien_aus_eltern(tabelle);
+    written([&](Exportlauf& l) { familien_aus_eltern(l, tabelle); });
     EXPECT_EQ(rows(), (Rows{{12, 13}, {0, 40}, {0, 40}, {99, 0}}));
     EXPECT_EQ(fortschritt(), 10);
-    familien_aus_partnerschaften(tabelle);
+    written([&](Exportlauf& l) { familien_aus_partnerschaften(l, tabelle); });
     EXPECT_EQ(rows(), (Rows{{12, 13}, {0, 40}, {0, 40}, {99, 0}, {0, 61}, {71, 0}}));
     EXPECT_EQ(fortschritt(), 15);
 }
@@ -109,11 +111,13 @@ TEST_F(Families, RecordsWithHusbandWifeAndChildrenWithoutMarriageLinks) {
     person(43, true, "M", 41, 40);
     person(44, true, "M", 0, 40); // a child of the mother alone: in both of her families
     person(50, true, "F", 99, 0);
-    familien_aus_eltern(tabelle);
-    familien_aus_partnerschaften(tabelle); // nothing to do: progress stays where it was
+    written([&](Exportlauf& l) {
+        familien_aus_eltern(l, tabelle);
+        familien_aus_partnerschaften(l, tabelle); // nothing to do: progress stays where it was
+    });
     EXPECT_EQ(fortschritt(), 10);
 
-    EXPECT_EQ(written([&] { familien_schreiben(tabelle); }),
+    EXPECT_EQ(written([&](Exportlauf& l) { familien_schreiben(l, tabelle); }),
               "0 @F1@ FAM\r\n1 HUSB @I12@\r\n1 WIFE @I13@\r\n"
               "1 CHIL @I20@\r\n1 CHIL @I22@\r\n"
               "0 @F2@ FAM\r\n1 WIFE @I40@\r\n"

@@ -7,6 +7,7 @@
 #include "gedcom/export.h"
 #include "support/export_fixture.h"
 #include "support/gedcom_reader.h"
+#include "wizard/exportstart.h"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +37,7 @@ struct Golden : test::ExportFixture, ::testing::WithParamInterface<Options> {
         fs::copy_file(std::string(std::getenv("FOLIO_STAGE")) +
                           "/Stammfolio/Folioexport/geddate.ini",
                       Programmpfad + "/geddate.ini");
-        gedcom_zusaetze_laden(Auswahl());
+        Auswahl().gedcom_zusaetze = gedcom_zusaetze_laden();
     }
 };
 

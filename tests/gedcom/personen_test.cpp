@@ -50,7 +50,7 @@ struct Persons : test::ExportFixture {
                          {"ASSO", Value(asso)}});
     }
     std::string record() {
-        return written([&] { personen_schreiben(familien); });
+        return written([&](Exportlauf& l) { personen_schreiben(l, familien); });
     }
     // A person with everything that privacy can hide.
     void everything(int id, bool lebt) {

@@ -61,20 +61,21 @@ struct Links : test::ExportFixture {
 } // namespace
 
 TEST_F(Links, PlacesAndAddresses) {
-    EXPECT_EQ(written([] { ortschreiben(2, RecordId(4)); }),
+    EXPECT_EQ(written([](Exportlauf& l) { ortschreiben(l, 2, RecordId(4)); }),
               "2 PLAC Ulm, Württemberg\r\n3 NOTE @ON4@\r\n3 NOTE @N9@\r\n3 OBJE @B2@\r\n");
     // Blanks only: the line stands with its blank; unmarked note and picture: no pointers.
-    EXPECT_EQ(written([] { ortschreiben(2, RecordId(5)); }), "2 PLAC \r\n");
-    EXPECT_EQ(written([] {
-                  ortschreiben(2, RecordId(6));  // not marked
-                  ortschreiben(2, RecordId(77)); // no such place
-                  ortschreiben(2, RecordId());
+    EXPECT_EQ(written([](Exportlauf& l) { ortschreiben(l, 2, RecordId(5)); }), "2 PLAC \r\n");
+    EXPECT_EQ(written([](Exportlauf& l) {
+                  ortschreiben(l, 2, RecordId(6));  // not marked
+                  ortschreiben(l, 2, RecordId(77)); // no such place
+                  ortschreiben(l, 2, RecordId());
               }),
               "");
-    EXPECT_EQ(written([] { Adresseschreiben(1, RecordId(1)); }),
+    EXPECT_EQ(written([](Exportlauf& l) { Adresseschreiben(l, 1, RecordId(1)); }),
               "1 ADDR Hauptstraße 1\r\n2 CONT Ulm\r\n2 TITL  Haus \r\n2 PLAC Ulm, Württemberg\r\n"
               "3 NOTE @ON4@\r\n3 NOTE @N9@\r\n3 OBJE @B2@\r\n2 NOTE Seit 1900\r\n");
-    EXPECT_EQ(written([] { Adresseschreiben(1, RecordId(2)); }), "2 TITL Leer\r\n");
+    EXPECT_EQ(written([](Exportlauf& l) { Adresseschreiben(l, 1, RecordId(2)); }),
+              "2 TITL Leer\r\n");
 }
 
 TEST_F(Links, LinksOfARecordInTheOrderOfTheirLetters) {
@@ -88,17 +89,17 @@ TEST_F(Links, LinksOfARecordInTheOrderOfTheirLetters) {
     link("E", 50, "U", 7);  // not marked
     link("E", 50, "U", 0);
     link("D", 50, "U", 3); // another kind of record
-    EXPECT_EQ(written([] { Quellenschreiben(2, RecordId(50), "E"); }),
+    EXPECT_EQ(written([](Exportlauf& l) { Quellenschreiben(l, 2, RecordId(50), "E"); }),
               "3 TITL Leer\r\n2 OBJE @B2@\r\n2 PLAC Ulm, Württemberg\r\n3 NOTE @ON4@\r\n"
               "3 NOTE @N9@\r\n3 OBJE @B2@\r\n2 NOTE @N9@\r\n2 SOUR @U3@\r\n");
-    EXPECT_EQ(written([] { Dokumentverknuepfungschreiben(1, RecordId(7)); }), "");
+    EXPECT_EQ(written([](Exportlauf& l) { Dokumentverknuepfungschreiben(l, 1, RecordId(7)); }), "");
 }
 
 TEST_F(Links, ChangeStampsOnlyWhenAskedFor) {
     const Value stamp(DateTime::fromDateTime(2004, 3, 5, 14, 7, 59));
-    EXPECT_EQ(written([&] { Chanschreiben(1, stamp); }), "");
+    EXPECT_EQ(written([&](Exportlauf& l) { Chanschreiben(l, 1, stamp); }), "");
     Auswahl().Chancheck().set("Value", Value(1));
-    EXPECT_EQ(written([&] { Chanschreiben(2, stamp); }),
+    EXPECT_EQ(written([&](Exportlauf& l) { Chanschreiben(l, 2, stamp); }),
               "2 CHAN\r\n3 DATE 05 MAR 2004\r\n4 TIME 14:07\r\n");
-    EXPECT_EQ(written([&] { Chanschreiben(1, Value()); }), "");
+    EXPECT_EQ(written([&](Exportlauf& l) { Chanschreiben(l, 1, Value()); }), "");
 }

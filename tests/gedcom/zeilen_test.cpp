@@ -84,27 +84,28 @@ TEST(Zeichensatz, AnsiIsWindows1252) {
 using Lines = test::ExportFixture;
 
 TEST_F(Lines, TheChosenCharacterSetAppliesToEveryLine) {
-    const std::string utf8 = written([] {
-        zeile(1, "NAME Jürgen /Dvořák/");
-        GEDtext(1, "NOTE", "Grüße\r\naus Köln");
+    const std::string utf8 = written([](Exportlauf& l) {
+        zeile(l, 1, "NAME Jürgen /Dvořák/");
+        GEDtext(l, 1, "NOTE", "Grüße\r\naus Köln");
     });
     EXPECT_EQ(utf8, "1 NAME Jürgen /Dvořák/\r\n1 NOTE Grüße\r\n2 CONT aus Köln\r\n");
     Auswahl().Zeichensatz(0).set("Value", Value(true));
     Auswahl().Zeichensatz(1).set("Value", Value(false));
-    const std::string ansi = written([] { zeile(1, "NAME Jürgen /Dvořák/"); });
+    const std::string ansi = written([](Exportlauf& l) { zeile(l, 1, "NAME Jürgen /Dvořák/"); });
     EXPECT_EQ(ansi, "1 NAME J\xFCrgen /Dvo?\xE1k/\r\n");
     EXPECT_NE(utf8.substr(0, 3), "\xEF\xBB\xBF"); // never a byte order mark
 }
 
 TEST_F(Lines, NoValueOfALineCanEndItOrBeginARecord) {
     // Every control character but the tab becomes one blank; a folded text keeps its CR LF.
-    EXPECT_EQ(written([] {
-                  zeile(1, "NAME Karl\r\n0 TRLR\r\n/Huber/");
-                  zeile(1, "TITL a\rb\nc\x01\x1f\td\x7f");
-                  GEDtext(1, "NOTE", "eins\r\nzwei");
+    EXPECT_EQ(written([](Exportlauf& l) {
+                  zeile(l, 1, "NAME Karl\r\n0 TRLR\r\n/Huber/");
+                  zeile(l, 1, "TITL a\rb\nc\x01\x1f\td\x7f");
+                  GEDtext(l, 1, "NOTE", "eins\r\nzwei");
               }),
               "1 NAME Karl  0 TRLR  /Huber/\r\n1 TITL a b c  \td\x7f\r\n"
               "1 NOTE eins\r\n2 CONT zwei\r\n");
     // Malformed UTF-8 goes out as the replacement character, or "?" in Ansi.
-    EXPECT_EQ(written([] { zeile(1, "NAME a\xC3\x28"); }), "1 NAME a\xEF\xBF\xBD(\r\n");
+    EXPECT_EQ(written([](Exportlauf& l) { zeile(l, 1, "NAME a\xC3\x28"); }),
+              "1 NAME a\xEF\xBF\xBD(\r\n");
 }

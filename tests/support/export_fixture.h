@@ -3,17 +3,19 @@
 // a test adds, the long-lived cursors, and the wizard's options at their design values.
 #pragma once
 
-#include "engine/recordset.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
+#include "engine/recordset.h"
 #include "frame/globals.h"
 #include "frame/platform.h"
 #include "frame/sprache.h"
 #include "gedcom/ausgabe.h"
+#include "gedcom/exportlauf.h"
 #include "support/gedcom_reader.h"
 #include "support/scripted_scope.h"
 #include "support/temp_dir.h"
 #include "wizard/auswahl.h"
+#include "wizard/exportstart.h"
 
 #include <gtest/gtest.h>
 
@@ -80,13 +82,16 @@ struct ExportFixture : ::testing::Test {
         rs->Update();
     }
 
-    // What `f` writes to an output, as the file holds it.
-    std::string written(const std::function<void()>& f) {
+    // What `f` writes to the output of a run, as the file holds it: a run with the options
+    // that the form's controls hold now, its progress shown on the form.
+    std::string written(const std::function<void(Exportlauf&)>& f) {
         const std::string path = dir.file("out.GED");
         {
             GedcomAusgabe out(path);
-            LaufendeAusgabe laufend(out);
-            f();
+            const Exportoptionen optionen = exportoptionen_aus_formular(Auswahl());
+            Formularanzeige anzeige(Auswahl());
+            Exportlauf lauf(optionen, out, anzeige);
+            f(lauf);
             out.abschliessen();
         }
         return readFile(path);
