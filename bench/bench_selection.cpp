@@ -6,9 +6,9 @@
 
 #include "baeume.h"
 #include "selection/markierungen.h"
-#include "selection/verknuepfungen_markieren.h"
 #include "wizard/auswahl.h"
 #include "wizard/personengrid.h"
+#include "wizard/verknuepfungen.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,9 +1,8 @@
 #include "selection/markierungen.h"
 
-#include "engine/errors.h"
 #include "database/tabellen.h"
+#include "engine/errors.h"
 #include "engine/text_util.h"
-#include "wizard/auswahl.h"
 
 #include <string>
 
@@ -29,30 +28,6 @@ void markierungen_zurueckholen() {
             }
         }
     }
-}
-
-void markieren_befehl(int coolbar, std::string_view key) {
-    if (coolbar != 0)
-        return;
-    AuswahlForm& form = Auswahl();
-    form.set("MousePointer", Value(MausSanduhr));
-    auto auffrischen = [&] {
-        if (form.personengrid_auffrischen)
-            form.personengrid_auffrischen();
-    };
-    if (equalsNoCase(key, "Auswählen")) {
-        DB->Execute("Update Daten Set Markierung = -1 WHERE Markierung = 0 ;", dao::dbFailOnError);
-        auffrischen();
-        form.weiter_freigeben(true);
-    } else if (equalsNoCase(key, "Abwählen")) {
-        DB->Execute("Update Daten Set Markierung = 0 WHERE Markierung <> 0 ;", dao::dbFailOnError);
-        auffrischen();
-        form.weiter_freigeben(false);
-    } else if (equalsNoCase(key, "Alle_gezeigten")) {
-        DB->Execute("Update Daten Set Markierung = -1 WHERE Marker = 1 ;", dao::dbFailOnError);
-    }
-    form.verknuepfungen_aktuell = false;
-    form.set("MousePointer", Value(MausNormal));
 }
 
 } // namespace folio

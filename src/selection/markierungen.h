@@ -15,9 +15,4 @@ void markierungen_sichern();
 // that fails (no database open, a table missing) is passed over.
 void markierungen_zurueckholen();
 
-// A command of the menu "Markieren" of the tool bar Coolbar_Datengrid(coolbar):
-// "Auswählen" marks every person, "Abwählen" none, "Alle_gezeigten" adds the persons
-// that were marked when the database was opened. Any command makes the closure stale.
-void markieren_befehl(int coolbar, std::string_view key);
-
 } // namespace folio

@@ -1,10 +1,6 @@
 #include "selection/verknuepfungen_markieren.h"
 
 #include "database/tabellen.h"
-#include "frame/meldung.h"
-#include "frame/platform.h"
-#include "frame/sprache.h"
-#include "wizard/auswahl.h"
 
 #include <cstdint>
 #include <map>
@@ -22,16 +18,16 @@ namespace {
 struct Tabelle {
     const char* name;
     std::unique_ptr<dao::Recordset>* cursor;
-    bool AuswahlForm::*flag;
+    bool Huelle::*flag;
     char buchstabe;
 };
 
-const Tabelle Ereignisse{"Ereignis", &rs_Ereignis, &AuswahlForm::hat_ereignisse, 'E'};
-const Tabelle Notizen{"Notiz", &rs_Notiz, &AuswahlForm::hat_notizen, 'R'};
-const Tabelle Orte{"Ort", &rs_Ort, &AuswahlForm::hat_orte, 'O'};
-const Tabelle Dokumente{"Dokument", &rs_Dokument, &AuswahlForm::hat_dokumente, 'U'};
-const Tabelle Adressen{"Adressen", &rs_Adressen, &AuswahlForm::hat_adressen, 'A'};
-const Tabelle Bilder{"Bilder", &rs_Bilder, &AuswahlForm::hat_bilder, 'B'};
+const Tabelle Ereignisse{"Ereignis", &rs_Ereignis, &Huelle::hat_ereignisse, 'E'};
+const Tabelle Notizen{"Notiz", &rs_Notiz, &Huelle::hat_notizen, 'R'};
+const Tabelle Orte{"Ort", &rs_Ort, &Huelle::hat_orte, 'O'};
+const Tabelle Dokumente{"Dokument", &rs_Dokument, &Huelle::hat_dokumente, 'U'};
+const Tabelle Adressen{"Adressen", &rs_Adressen, &Huelle::hat_adressen, 'A'};
+const Tabelle Bilder{"Bilder", &rs_Bilder, &Huelle::hat_bilder, 'B'};
 
 // The targets of the general links, in the order of their letters' table.
 const Tabelle* const QuellenZiele[] = {&Ereignisse, &Notizen,  &Orte,
@@ -39,12 +35,12 @@ const Tabelle* const QuellenZiele[] = {&Ereignisse, &Notizen,  &Orte,
 
 // Marks one record: seeks its number on the index Counter; where it exists, it gets the
 // mark and the table its flag. A record marked already stays as it is.
-void datensatz_markieren(const Tabelle& t, RecordId nummer) {
+void datensatz_markieren(Huelle& h, const Tabelle& t, RecordId nummer) {
     dao::Recordset& rs = **t.cursor;
     rs.Seek("=", Value(nummer));
     if (rs.NoMatch())
         return;
-    Auswahl().*t.flag = true;
+    h.*t.flag = true;
     if (rs.get("markierung").toBool())
         return;
     rs.Edit();
@@ -57,12 +53,13 @@ void datensatz_markieren(const Tabelle& t, RecordId nummer) {
 // any was found. A number without a record marks nothing. One statement does for all
 // numbers what a seek, Edit and Update does for each: marking is the same whatever the
 // order, and a record marked twice is marked once.
-void markieren(const Tabelle& t, const std::string& nummern, const std::string& bedingung = "") {
+void markieren(Huelle& h, const Tabelle& t, const std::string& nummern,
+               const std::string& bedingung = "") {
     DB->Execute(std::string("UPDATE ") + t.name + " SET Markierung = -1 WHERE Counter IN (" +
                     nummern + ")" + (bedingung.empty() ? "" : " AND " + bedingung) + " ;",
                 dao::dbFailOnError);
     if (DB->RecordsAffected() > 0)
-        Auswahl().*t.flag = true;
+        h.*t.flag = true;
 }
 
 // The numbers in a field of the marked records of a table, where the field isn't 0 (a
@@ -80,7 +77,7 @@ std::string counter_der_markierten(const char* tabelle) {
 // one number), whose table has the letter `art`: each target is marked in the table of its
 // exact letter; other letters are passed over. The links are read before anything is
 // marked, so the records' own table may be among the targets.
-void quellen_ziele_markieren(const std::string& quellen, char art) {
+void quellen_ziele_markieren(Huelle& h, const std::string& quellen, char art) {
     std::vector<std::unordered_set<RecordId>> ziele(std::size(QuellenZiele));
     auto links = DB->OpenRecordset(std::string("SELECT Art_Ziel, Ziel FROM Quellen_DS WHERE "
                                                "Art_Quelle = '") +
@@ -94,14 +91,15 @@ void quellen_ziele_markieren(const std::string& quellen, char art) {
     links->Close();
     for (std::size_t i = 0; i < ziele.size(); ++i)
         for (RecordId ziel : ziele[i])
-            datensatz_markieren(*QuellenZiele[i], ziel);
+            datensatz_markieren(h, *QuellenZiele[i], ziel);
 }
 
 // The addresses of the records that `quellen` gives, whose table has the letter `art` in
 // Adressen_DS; a link to the number 0 is skipped.
-void adressen_markieren(const std::string& quellen, char art) {
-    markieren(Adressen, std::string("SELECT Ziel FROM Adressen_DS WHERE ursprung = '") + art +
-                            "' AND Ziel <> 0 AND Quelle IN (" + quellen + ")");
+void adressen_markieren(Huelle& h, const std::string& quellen, char art) {
+    markieren(h, Adressen,
+              std::string("SELECT Ziel FROM Adressen_DS WHERE ursprung = '") + art +
+                  "' AND Ziel <> 0 AND Quelle IN (" + quellen + ")");
 }
 
 // The kinds of events that the catalogue gives more or fewer than one main person. A kind
@@ -176,26 +174,22 @@ std::vector<RecordId> paare_waehlen(const std::vector<RecordId>& ereignisse, boo
 
 // Pass 1: what the marked persons bring: their events (a couple's event only with both
 // partners), their places, their image, their general links and their addresses.
-void personen_durchgang(bool& partner_fehlt) {
-    AuswahlForm& form = Auswahl();
+void personen_durchgang(Huelle& h, Huellenanzeige& anzeige) {
     const std::string personen = counter_der_markierten("Daten");
-    Control& balken = form.Personen_fortschritt();
     const std::int64_t anzahl =
         DB->OpenRecordset("SELECT count(*) FROM Daten WHERE Markierung = True")->get(0).toInt();
-    balken.set("Value", Value(0));
-    balken.set("Max", Value(static_cast<long long>(anzahl)));
+    anzeige.balken(0, anzahl);
     constexpr int Schritte = 8;
     int schritt = 0;
     auto weiter = [&] {
-        balken.set("Value", Value(static_cast<long long>(anzahl * ++schritt / Schritte)));
-        platform().repaint(form, &balken);
-        platform().doEvents();
+        anzeige.balken(anzahl * ++schritt / Schritte, anzahl);
+        anzeige.ereignisse();
     };
 
     const std::string ereignisse_der_personen =
         "SELECT Ziel FROM Ereignis_DS WHERE Quelle IN (" + personen + ")";
     const std::vector<std::int64_t> paar_arten = arten_mehrerer_personen();
-    markieren(Ereignisse, ereignisse_der_personen,
+    markieren(h, Ereignisse, ereignisse_der_personen,
               paar_arten.empty() ? "" : "(Art IS NULL OR Art NOT IN (" + liste(paar_arten) + "))");
     weiter();
     if (!paar_arten.empty()) {
@@ -206,116 +200,75 @@ void personen_durchgang(bool& partner_fehlt) {
         for (; !kandidaten->Eof(); kandidaten->MoveNext())
             paare.push_back(kandidaten->get(0).toRecordId());
         kandidaten->Close();
-        for (RecordId e : paare_waehlen(paare, partner_fehlt))
-            datensatz_markieren(Ereignisse, e);
+        for (RecordId e : paare_waehlen(paare, h.partner_fehlt))
+            datensatz_markieren(h, Ereignisse, e);
     }
     weiter();
     for (const char* feld : {"Ort", "GOrt", "SOrt"}) {
-        markieren(Orte, feld_der_markierten(feld, "Daten"));
+        markieren(h, Orte, feld_der_markierten(feld, "Daten"));
         weiter();
     }
-    markieren(Bilder, feld_der_markierten("Bild", "Daten"));
+    markieren(h, Bilder, feld_der_markierten("Bild", "Daten"));
     weiter();
-    quellen_ziele_markieren(personen, 'D');
+    quellen_ziele_markieren(h, personen, 'D');
     weiter();
-    adressen_markieren(personen, 'D');
+    adressen_markieren(h, personen, 'D');
     weiter();
 }
 
 // Passes 2 to 9. Each works on the records of its table that are marked when it begins;
 // what it marks in that same table itself isn't visited.
-void weitere_durchgaenge() {
+void weitere_durchgaenge(Huelle& h, Huellenanzeige& anzeige) {
     // 2: events.
-    markieren(Orte, feld_der_markierten("Ort", "Ereignis"));
-    quellen_ziele_markieren(counter_der_markierten("Ereignis"), 'E');
+    markieren(h, Orte, feld_der_markierten("Ort", "Ereignis"));
+    quellen_ziele_markieren(h, counter_der_markierten("Ereignis"), 'E');
     // 3: documents.
-    markieren(Orte, feld_der_markierten("Ort", "Dokument"));
-    adressen_markieren(counter_der_markierten("Dokument"), 'U');
-    quellen_ziele_markieren(counter_der_markierten("Dokument"), 'U');
-    platform().doEvents();
+    markieren(h, Orte, feld_der_markierten("Ort", "Dokument"));
+    adressen_markieren(h, counter_der_markierten("Dokument"), 'U');
+    quellen_ziele_markieren(h, counter_der_markierten("Dokument"), 'U');
+    anzeige.ereignisse();
     // 4: notes.
-    adressen_markieren(counter_der_markierten("Notiz"), 'R');
+    adressen_markieren(h, counter_der_markierten("Notiz"), 'R');
     // 5: addresses.
-    markieren(Orte, feld_der_markierten("Ort", "Adressen"));
-    quellen_ziele_markieren(counter_der_markierten("Adressen"), 'A');
+    markieren(h, Orte, feld_der_markierten("Ort", "Adressen"));
+    quellen_ziele_markieren(h, counter_der_markierten("Adressen"), 'A');
     // 6: images.
-    markieren(Orte, feld_der_markierten("Ort", "Bilder"));
-    quellen_ziele_markieren(counter_der_markierten("Bilder"), 'B');
+    markieren(h, Orte, feld_der_markierten("Ort", "Bilder"));
+    quellen_ziele_markieren(h, counter_der_markierten("Bilder"), 'B');
     // 7: places to their images.
-    markieren(Bilder, feld_der_markierten("Bild", "Ort"));
+    markieren(h, Bilder, feld_der_markierten("Bild", "Ort"));
     // 8: documents to their notes.
-    markieren(Notizen, feld_der_markierten("Notiz", "Dokument"));
+    markieren(h, Notizen, feld_der_markierten("Notiz", "Dokument"));
     // 9: places to their addresses.
-    adressen_markieren(counter_der_markierten("Ort"), 'O');
-}
-
-void abschliessen(bool partner_fehlt) {
-    AuswahlForm& form = Auswahl();
-    const std::pair<const char*, bool> knoepfe[] = {
-        {"Ereignisse", form.hat_ereignisse}, {"Orte", form.hat_orte},
-        {"Dokumente", form.hat_dokumente},   {"Notizen", form.hat_notizen},
-        {"Bilder", form.hat_bilder},         {"Adressen", form.hat_adressen}};
-    for (const auto& [key, an] : knoepfe) {
-        PropertyBag& knopf = form.knopf(1, key);
-        knopf.set("Enabled", Value(an));
-        knopf.set("Value", Value(0));
-    }
-    // The events are shown, whether there are any or not.
-    form.knopf(1, "Ereignisse").set("Value", Value(1));
-    if (form.grid2_aufbauen)
-        form.grid2_aufbauen("Ereignisse");
-    form.set("MousePointer", Value(MausNormal));
-    form.Datengrid(1).set("Visible", Value(true));
-    if (partner_fehlt)
-        meldung(sprachtext(form.gedrueckt(0, "Ehepartner") ? "1661" : "1660"), 23);
+    adressen_markieren(h, counter_der_markierten("Ort"), 'O');
 }
 
 } // namespace
 
-void quellen_markieren(RecordId datensatz, const std::string& Datensatz_art) {
+void quellen_markieren(Huelle& h, RecordId datensatz, const std::string& Datensatz_art) {
     if (Datensatz_art.size() == 1)
-        quellen_ziele_markieren(datensatz.sqlLiteral(), Datensatz_art[0]);
+        quellen_ziele_markieren(h, datensatz.sqlLiteral(), Datensatz_art[0]);
 }
 
-void verknuepfungen_markieren() {
-    AuswahlForm& form = Auswahl();
-    if (form.verknuepfungen_aktuell)
-        return;
-    form.set("MousePointer", Value(MausSanduhr));
-    form.Datengrid(1).set("Visible", Value(false));
-    platform().doEvents();
-    form.verknuepfungen_aktuell = true;
-
-    bool partner_fehlt = false;
-    try {
-        // One transaction: the passes write many records, and a failure leaves the marks
-        // as they were before.
-        dao::Transaction schreiben(*DB);
-        for (const char* sql : {"Update Ereignis Set Markierung = 0 WHERE Markierung <> 0  ;",
-                                "Update Dokument Set Markierung = 0 WHERE Markierung <> 0 ;",
-                                "Update Notiz Set Markierung = 0 WHERE Markierung <> 0 ;",
-                                "Update Bilder Set Markierung = 0 WHERE Markierung <> 0 ;",
-                                "Update Ort Set Markierung = 0 WHERE Markierung <> 0 ;",
-                                "Update Adressen Set Markierung = 0 WHERE Markierung <> 0 ;"})
-            DB->Execute(sql, dao::dbFailOnError);
-        form.hat_ereignisse = form.hat_orte = form.hat_notizen = form.hat_dokumente =
-            form.hat_bilder = form.hat_adressen = false;
-        for (dao::Recordset* rs :
-             {rs_Ereignis.get(), rs_Dokument.get(), rs_Notiz.get(), rs_Bilder.get(), rs_Ort.get(),
-              rs_Adressen.get()})
-            rs->Index("Counter");
-
-        personen_durchgang(partner_fehlt);
-        weitere_durchgaenge();
-        schreiben.commit();
-    } catch (...) {
-        // The closure hasn't run: the next entry of the page starts it again.
-        form.verknuepfungen_aktuell = false;
-        form.set("MousePointer", Value(MausNormal));
-        form.Datengrid(1).set("Visible", Value(true));
-        throw;
-    }
-    abschliessen(partner_fehlt);
+Huelle huelle_bilden(Huellenanzeige& anzeige) {
+    Huelle h;
+    // One transaction: the passes write many records, and a failure leaves the marks as
+    // they were before.
+    dao::Transaction schreiben(*DB);
+    for (const char* sql : {"Update Ereignis Set Markierung = 0 WHERE Markierung <> 0  ;",
+                            "Update Dokument Set Markierung = 0 WHERE Markierung <> 0 ;",
+                            "Update Notiz Set Markierung = 0 WHERE Markierung <> 0 ;",
+                            "Update Bilder Set Markierung = 0 WHERE Markierung <> 0 ;",
+                            "Update Ort Set Markierung = 0 WHERE Markierung <> 0 ;",
+                            "Update Adressen Set Markierung = 0 WHERE Markierung <> 0 ;"})
+        DB->Execute(sql, dao::dbFailOnError);
+    for (dao::Recordset* rs : {rs_Ereignis.get(), rs_Dokument.get(), rs_Notiz.get(),
+                               rs_Bilder.get(), rs_Ort.get(), rs_Adressen.get()})
+        rs->Index("Counter");
+    personen_durchgang(h, anzeige);
+    weitere_durchgaenge(h, anzeige);
+    schreiben.commit();
+    return h;
 }
 
 } // namespace folio

@@ -11,15 +11,29 @@
 
 namespace folio {
 
-// Runs the closure for the present selection of persons, unless it has run for it already
-// (verknuepfungen_aktuell). Clears the marks of the six linked tables, runs the passes,
-// switches the buttons of Coolbar_Datengrid(1) by what was marked, shows the events and,
-// when couples' events were left out because a partner wasn't selected, tells the user
-// once.
-void verknuepfungen_markieren();
+// What the closure found: which of the six tables it marked records in, and whether a
+// couple's event was left out because one of the partners isn't selected.
+struct Huelle {
+    bool hat_ereignisse = false, hat_orte = false, hat_notizen = false, hat_dokumente = false,
+         hat_bilder = false, hat_adressen = false;
+    bool partner_fehlt = false;
+};
+
+// Where the closure reports how far it is: its bar over the marked persons, and points where
+// pending events may run.
+class Huellenanzeige {
+public:
+    virtual ~Huellenanzeige() = default;
+    virtual void balken(long long wert, long long maximum) = 0;
+    virtual void ereignisse() = 0;
+};
+
+// Runs the closure for the present selection of persons, in one transaction: clears the
+// marks of the six linked tables and runs the passes.
+Huelle huelle_bilden(Huellenanzeige& anzeige);
 
 // Marks the targets of the general links (Quellen_DS) of one record, `Datensatz_art` being
 // the letter of its table. Doesn't follow the targets further.
-void quellen_markieren(RecordId datensatz, const std::string& Datensatz_art);
+void quellen_markieren(Huelle& h, RecordId datensatz, const std::string& Datensatz_art);
 
 } // namespace folio

@@ -2,9 +2,9 @@
 
 #include "database/tabellen.h"
 #include "frame/platform.h"
-#include "wizard/auswahl.h"
 
 #include <algorithm>
+#include <functional>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -34,13 +34,13 @@ struct Verwandter {
 
 class Walk {
 public:
-    Walk(RecordId angeklickt, bool neuer_stand) : neuer_stand_(neuer_stand) {
+    Walk(RecordId angeklickt, bool neuer_stand, bool ehepartner)
+        : neuer_stand_(neuer_stand), ehepartner_(ehepartner) {
         verwandte_.anfuegen({1, angeklickt}, angeklickt);
         partner_liste_.zeilen.push_back(RecordId()); // held free for the ticked person
-        ehepartner_ = Auswahl().gedrueckt(0, "Ehepartner");
     }
 
-    void vorfahren();
+    void vorfahren(const std::function<void()>& nach_vorfahren);
     void nachfahren();
     void ehepartner();
 
@@ -83,9 +83,7 @@ void Walk::alle_markieren() {
     }
 }
 
-void Walk::vorfahren() {
-    AuswahlForm& form = Auswahl();
-    form.set("MousePointer", Value(MausSanduhr));
+void Walk::vorfahren(const std::function<void()>& nach_vorfahren) {
     dao::Recordset& d = *rs_Daten;
     d.Index("Counter");
     for (std::size_t i = 0; i < verwandte_.zeilen.size(); ++i) {
@@ -106,9 +104,8 @@ void Walk::vorfahren() {
             }
     }
     alle_markieren();
-    if (form.personengrid_auffrischen)
-        form.personengrid_auffrischen();
-    form.set("MousePointer", Value(MausNormal));
+    if (nach_vorfahren)
+        nach_vorfahren();
     platform().doEvents();
 }
 
@@ -133,7 +130,8 @@ const std::vector<RecordId>& Walk::kinder(RecordId person) {
         // Sorted by the birth year, a missing year first; children of the same year stay in
         // the order of the table.
         std::stable_sort(alle.begin(), alle.end(), [](const Kind& a, const Kind& b) {
-            return std::tie(a.eltern, b.ohne_jahr, a.jahr) < std::tie(b.eltern, a.ohne_jahr, b.jahr);
+            return std::tie(a.eltern, b.ohne_jahr, a.jahr) <
+                   std::tie(b.eltern, a.ohne_jahr, b.jahr);
         });
         for (const Kind& k : alle)
             kinder_[k.eltern].push_back(k.kind);
@@ -144,8 +142,6 @@ const std::vector<RecordId>& Walk::kinder(RecordId person) {
 }
 
 void Walk::nachfahren() {
-    AuswahlForm& form = Auswahl();
-    form.set("MousePointer", Value(MausSanduhr));
     // The ancestors are out of the list (and already marked); the test whether a child is
     // known looks at the rows from row 1 on, so a loop back to the ticked person enters it
     // once more.
@@ -163,7 +159,6 @@ void Walk::nachfahren() {
         }
     }
     alle_markieren();
-    form.set("MousePointer", Value(MausNormal));
 }
 
 void Walk::ehepartner() {
@@ -196,28 +191,20 @@ void Walk::ehepartner() {
 
 } // namespace
 
-void markierung_geaendert(int grid, RecordId counter, bool markierung) {
-    AuswahlForm& form = Auswahl();
-    if (grid == 0) {
-        {
-            // The marks of a walk are written together.
-            dao::Transaction schreiben(*DB);
-            Walk walk(counter, markierung);
-            if (form.gedrueckt(0, "Vorfahren"))
-                walk.vorfahren();
-            if (form.gedrueckt(0, "Nachfahren"))
-                walk.nachfahren();
-            if (form.gedrueckt(0, "Ehepartner"))
-                walk.ehepartner();
-            if (form.gedrueckt(0, "Lebend"))
-                DB->Execute("Update Daten Set Markierung = 0 WHERE Lebt = TRUE ;",
-                            dao::dbFailOnError);
-            schreiben.commit();
-        }
-        form.verknuepfungen_aktuell = false;
-    }
-    if (form.personengrid_auffrischen)
-        form.personengrid_auffrischen();
+void verwandte_markieren(RecordId person, bool markierung, const Verwandtenwahl& wahl,
+                         const std::function<void()>& nach_vorfahren) {
+    // The marks of a walk are written together.
+    dao::Transaction schreiben(*DB);
+    Walk walk(person, markierung, wahl.ehepartner);
+    if (wahl.vorfahren)
+        walk.vorfahren(nach_vorfahren);
+    if (wahl.nachfahren)
+        walk.nachfahren();
+    if (wahl.ehepartner)
+        walk.ehepartner();
+    if (wahl.ohne_lebende)
+        DB->Execute("Update Daten Set Markierung = 0 WHERE Lebt = TRUE ;", dao::dbFailOnError);
+    schreiben.commit();
 }
 
 } // namespace folio

@@ -6,13 +6,24 @@
 
 #include "engine/record_id.h"
 
+#include <functional>
+
 namespace folio {
 
-// The cell changed event of the grid `grid`. `counter` and `markierung` are the cells
-// Counter and Markierung of the changed row; the grid has written the tick itself. For
-// the person grid (0) the walks run, the living lose their marks while "Lebend" is pressed,
-// and the closure becomes stale; any grid then has the person grid refreshed.
-void markierung_geaendert(int grid, RecordId counter, bool markierung);
+// Which relatives come along: the switches "Vorfahren", "Nachfahren", "Ehepartner" and
+// "Lebend" of the person grid's tool bar.
+struct Verwandtenwahl {
+    bool vorfahren = false;
+    bool nachfahren = false;
+    bool ehepartner = false;
+    bool ohne_lebende = false; // the living lose their marks afterwards
+};
+
+// Gives `person` (whose own mark the grid has written) and the relatives that `wahl` asks
+// for the state `markierung`, in one transaction. `nach_vorfahren` runs once the ancestors
+// are marked, before the descendants are looked for (the grid shows them meanwhile).
+void verwandte_markieren(RecordId person, bool markierung, const Verwandtenwahl& wahl,
+                         const std::function<void()>& nach_vorfahren = nullptr);
 
 // Generations: a person is followed to its parents below generation 99, to its children
 // below 100, counting the ticked person as 1.

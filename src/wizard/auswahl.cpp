@@ -61,8 +61,10 @@ AuswahlForm::AuswahlForm() : Form("Auswahl") {
     // all off at the start.
     Control& personen = addControl("Coolbar", "Coolbar_Datengrid", 0);
     const std::pair<const char*, const char*> schalter[] = {
-        {"Markieren", "9740 Personen wählen"}, {"Vorfahren", "586 Vorfahren"},
-        {"Nachfahren", "585 Nachfahren"},      {"Ehepartner", "2355 Ehepartner"},
+        {"Markieren", "9740 Personen wählen"},
+        {"Vorfahren", "586 Vorfahren"},
+        {"Nachfahren", "585 Nachfahren"},
+        {"Ehepartner", "2355 Ehepartner"},
         {"Lebend", "577 Lebende Personen ausschließen"}};
     for (const auto& [key, caption] : schalter) {
         PropertyBag& b = personen.items("Buttons").emplace_back();
@@ -70,11 +72,11 @@ AuswahlForm::AuswahlForm() : Form("Auswahl") {
         b.set("Text", Value(caption));
         b.set("Value", Value(0));
     }
-    const std::pair<const char*, const char*> menue[] = {{"Auswählen", "229 Alle auswählen"},
-                                                         {"Abwählen", "232 Alle Abwählen"},
-                                                         {"leer", "-"},
-                                                         {"Alle_gezeigten",
-                                                          "1658 Alle angezeigten Personen wählen"}};
+    const std::pair<const char*, const char*> menue[] = {
+        {"Auswählen", "229 Alle auswählen"},
+        {"Abwählen", "232 Alle Abwählen"},
+        {"leer", "-"},
+        {"Alle_gezeigten", "1658 Alle angezeigten Personen wählen"}};
     for (const auto& [key, caption] : menue) {
         PropertyBag& m = personen.items("MenuButtons").emplace_back();
         m.set("Key", Value(key));

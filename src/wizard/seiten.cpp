@@ -1,12 +1,12 @@
 #include "wizard/seiten.h"
 
-#include "engine/errors.h"
 #include "database/tabellen.h"
+#include "engine/errors.h"
 #include "engine/text_util.h"
 #include "frame/settings_store.h"
 #include "frame/sprache.h"
-#include "selection/verknuepfungen_markieren.h"
 #include "wizard/auswahl.h"
+#include "wizard/verknuepfungen.h"
 
 #include <functional>
 #include <string>

@@ -2,6 +2,7 @@
 // commands of the person tool bar change them in one statement each.
 #include "selection/markierungen.h"
 #include "support/selection_fixture.h"
+#include "wizard/personengrid.h"
 
 using namespace folio;
 using Marks = test::SelectionFixture;

@@ -4,6 +4,7 @@
 #include "selection/verknuepfungen_markieren.h"
 #include "support/selection_fixture.h"
 #include "wizard/seiten.h"
+#include "wizard/verknuepfungen.h"
 
 using namespace folio;
 using Closure = test::SelectionFixture;
@@ -13,7 +14,9 @@ TEST_F(Closure, EachPassFollowsItsLinksAndNothingMarkedAfterItsTurn) {
     // Person 1 is selected: home place 10, birth place 11, death place 0, image 20, a
     // general link to note 30 and address 40.
     person(1, true, 0, 0, false,
-           {{"Ort", Value(RecordId(10))}, {"GOrt", Value(RecordId(11))}, {"Bild", Value(RecordId(20))}});
+           {{"Ort", Value(RecordId(10))},
+            {"GOrt", Value(RecordId(11))},
+            {"Bild", Value(RecordId(20))}});
     person(2, false);
     quelle(1, "D", 30, "R");
     adresse_von(1, "D", 40);
