@@ -19,6 +19,7 @@
 #include "gedcom/datum.h"
 #include "gedcom/export.h"
 #include "selection/markierungen.h"
+#include "selection/verknuepfungen_markieren.h"
 #include "wizard/auswahl.h"
 #include "wizard/exportstart.h"
 #include "wizard/personengrid.h"
@@ -32,6 +33,7 @@
 #include <iostream>
 #include <optional>
 #include <unistd.h>
+#include <utility>
 
 namespace folio::cli {
 
@@ -145,22 +147,39 @@ bool endet_auf(const fs::path& datei, std::string_view endung) {
 // a database; the upgrade is the one change that a run makes to a tree, and it is committed
 // before the export begins. `datei` then names the upgraded file (an old extension is
 // upgraded on a copy beside it).
+// While a tree opens, Programmpfad stands for the host's folder, where the template lies;
+// it is the program's own folder again when this goes, however the opening ended.
+class ProgrammpfadDesWirts {
+public:
+    ProgrammpfadDesWirts() : eigener_(std::exchange(Programmpfad, Stammpfad)) {}
+    ~ProgrammpfadDesWirts() { Programmpfad = eigener_; }
+    ProgrammpfadDesWirts(const ProgrammpfadDesWirts&) = delete;
+    ProgrammpfadDesWirts& operator=(const ProgrammpfadDesWirts&) = delete;
+
+private:
+    std::string eigener_;
+};
+
+// What the opening left open of the tree is closed when this goes.
+class BaumSchliessen {
+public:
+    explicit BaumSchliessen(std::string baum) : baum_(std::move(baum)) {}
+    ~BaumSchliessen() { alle_schliessen(baum_); }
+    BaumSchliessen(const BaumSchliessen&) = delete;
+    BaumSchliessen& operator=(const BaumSchliessen&) = delete;
+
+private:
+    std::string baum_;
+};
+
 Ausgang aktualisieren(fs::path& datei) {
     std::string ordner = datei.parent_path().string(), name = datei.filename().string();
-    // While a database opens, Programmpfad stands for the host's folder, where the template
-    // lies.
-    const std::string programmpfad = Programmpfad;
-    Programmpfad = Stammpfad;
     Geoeffnet ergebnis;
-    try {
+    {
+        BaumSchliessen schliessen(baum(datei));
+        ProgrammpfadDesWirts wirt;
         ergebnis = datenbank_oeffnen(ordner, name, false, false);
-    } catch (...) {
-        Programmpfad = programmpfad;
-        alle_schliessen(baum(datei));
-        throw;
     }
-    Programmpfad = programmpfad;
-    alle_schliessen(baum(datei));
     if (ergebnis != Geoeffnet::Ja)
         return KeineStammbaumDatenbank;
     datei = fs::path(pfad_verbinden(ordner, name));
@@ -270,40 +289,17 @@ void zusammenfassung_drucken() {
     std::cout.flush();
 }
 
-// What the bar of the terminal shows while a stage runs.
-enum class Stufe { Oeffnen, Huelle, Export };
-
-// Where the bar takes its state from: the upgrade's form while a tree is opened, the
-// closure's bar while it runs, then the run's.
-void fortschritt_anzeigen(Stufe stufe) {
-    auto* terminal = dynamic_cast<TerminalPlatform*>(&platform());
-    if (!terminal)
-        return;
-    terminal->fortschritt_quelle([stufe]() -> std::optional<Fortschrittsstand> {
-        AuswahlForm& form = Auswahl();
-        switch (stufe) {
-        case Stufe::Oeffnen: {
+// The progress of the upgrade on the terminal's bar, from the upgrade's form, while a tree
+// of an older version is opened.
+void fortschritt_des_oeffnens() {
+    if (auto* terminal = dynamic_cast<TerminalPlatform*>(&platform()))
+        terminal->fortschritt_quelle([]() -> std::optional<Fortschrittsstand> {
             FortschrittForm& f = Fortschrittfrm();
             if (!f.geladen())
                 return std::nullopt;
             return Fortschrittsstand{f.steuerelement("Info").text("Caption"),
                                      f.steuerelement("Update").get("Value").toInt(), 100};
-        }
-        case Stufe::Huelle: {
-            Control& balken = form.Personen_fortschritt();
-            return Fortschrittsstand{form.control("Label1").text("Caption"),
-                                     balken.get("Value").toInt(), balken.get("Max").toInt()};
-        }
-        case Stufe::Export:
-            break;
-        }
-        std::string text = form.Fortschritttext().text("Text");
-        text.erase(text.find_last_not_of("\r\n .") + 1);
-        const std::size_t umbruch = text.find_last_of("\r\n");
-        if (umbruch != std::string::npos)
-            text = text.substr(umbruch + 1);
-        return Fortschrittsstand{text, form.Fortschritt().get("Value").toInt(), 100};
-    });
+        });
 }
 
 void fortschritt_beenden() {
@@ -312,6 +308,39 @@ void fortschritt_beenden() {
         terminal->fortschritt_quelle(nullptr);
     }
 }
+
+// The progress of the closure and of the export on the terminal's bar: the last line of
+// their text and how far they are.
+class Terminalanzeige : public Fortschrittsanzeige, public Huellenanzeige {
+public:
+    Terminalanzeige() {
+        if (auto* terminal = dynamic_cast<TerminalPlatform*>(&platform()))
+            terminal->fortschritt_quelle([this] { return std::optional(stand_); });
+    }
+    ~Terminalanzeige() override { fortschritt_beenden(); }
+    Terminalanzeige(const Terminalanzeige&) = delete;
+    Terminalanzeige& operator=(const Terminalanzeige&) = delete;
+
+    void text(const std::string& text, bool anhaengen) override {
+        text_ = anhaengen ? text_ + text : text;
+        std::string zeile = text_;
+        zeile.erase(zeile.find_last_not_of("\r\n .") + 1);
+        const std::size_t umbruch = zeile.find_last_of("\r\n");
+        stand_.text = umbruch == std::string::npos ? zeile : zeile.substr(umbruch + 1);
+    }
+    void wert(long long wert) override {
+        stand_.wert = wert;
+        stand_.maximum = 100;
+    }
+    void balken(long long wert, long long maximum) override {
+        stand_ = {sprachtext("9838 Verknüpfte Datensätze werden markiert"), wert, maximum};
+    }
+    void ereignisse() override { platform().doEvents(); }
+
+private:
+    std::string text_;
+    Fortschrittsstand stand_;
+};
 
 } // namespace
 
@@ -468,33 +497,47 @@ void haltepunkt(std::string_view stufe) {
     ::raise(signal == "INT" ? SIGINT : signal == "TERM" ? SIGTERM : SIGKILL);
 }
 
-// Selection, closure and export, on the open tree, as the wizard's pages would run them.
-Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) {
-    AuswahlForm& form = Auswahl();
-    markierungen_sichern();
-    form.verknuepfungen_aktuell = false;
-    if (const Ausgang a = personen_waehlen(o); a != Fertig)
-        return a;
-    haltepunkt("auswahl");
-    fortschritt_anzeigen(Stufe::Huelle);
-    seite_gewechselt(2, 3);
-    fortschritt_beenden();
-    haltepunkt("huelle");
-    seite_gewechselt(3, 4);
-    optionen_setzen(o);
-    seite_gewechselt(4, 5);
-    zusammenfassung_drucken();
+// The closure, on the terminal's bar; where a couple's event was left out because one
+// partner isn't selected, the user is told.
+void huelle(Terminalanzeige& anzeige, const ExportOptionen& o) {
+    const Huelle h = huelle_bilden(anzeige);
+    if (h.partner_fehlt)
+        meldung(sprachtext(o.ehepartner ? "1661" : "1660"), StilInfo, Produktname);
+}
 
-    form.Verzeichnis(1).set("Text", Value(ziel.parent_path().string()));
-    form.Verzeichnis(2).set("Text", Value(ziel.stem().string()));
-    fortschritt_anzeigen(Stufe::Export);
-    const ExportErgebnis ergebnis = export_ausfuehren(ziel.string());
-    fortschritt_beenden();
-    if (ergebnis != ExportErgebnis::Fertig)
+// The run itself: the options as the form's controls now hold them, into `ziel`.
+Ausgang schreiben(Terminalanzeige& anzeige, const fs::path& ziel) {
+    try {
+        exportieren(exportoptionen_aus_formular(Auswahl()), ziel.string(), anzeige);
+    } catch (const Abbruch&) {
+        throw;
+    } catch (const std::exception& e) {
+        fortschritt_beenden();
+        fehler(sprachtext("9801"), e.what());
         return ExportFehlgeschlagen;
+    }
+    fortschritt_beenden();
+    hinweis(sprachtext("612 Export der Daten beendet"));
     std::cout << sprachtext("9809 Die GEDCOM-Datei ist geschrieben:") << " " << ziel.string()
               << "\n";
     return Fertig;
+}
+
+// On the open tree: the marks saved, the persons selected, the closure, the author's data
+// and the options, the summary, and the run.
+Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) {
+    markierungen_sichern();
+    if (const Ausgang a = personen_waehlen(o); a != Fertig)
+        return a;
+    haltepunkt("auswahl");
+    Terminalanzeige anzeige;
+    huelle(anzeige, o);
+    haltepunkt("huelle");
+    verfasser_laden();
+    optionen_setzen(o);
+    zusammenfassung_fuellen();
+    zusammenfassung_drucken();
+    return schreiben(anzeige, ziel);
 }
 
 // The run on a tree of the current version. Everything it writes to the tree (the marks of
@@ -560,7 +603,7 @@ Ausgang exportieren(const ExportOptionen& o) {
             datei = kopie;
         }
         if (aelter) {
-            fortschritt_anzeigen(Stufe::Oeffnen);
+            fortschritt_des_oeffnens();
             const Ausgang a = aktualisieren(datei);
             fortschritt_beenden();
             if (a != Fertig)
