@@ -18,14 +18,6 @@ namespace folio {
 
 namespace {
 
-// Runs a step whose failure only leaves its part out.
-void fehler_ignorieren(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error&) {
-    }
-}
-
 std::string utf8(UChar32 c) {
     char buf[4];
     std::int32_t n = 0;
@@ -114,7 +106,6 @@ std::string formatieren(const CalendarDateTime& d, const std::string& muster) {
     static const char* lang[] = {"Januar",    "Februar", "März",     "April",
                                  "Mai",       "Juni",    "Juli",     "August",
                                  "September", "Oktober", "November", "Dezember"};
-    auto zwei = [](int n) { return (n < 10 ? "0" : "") + std::to_string(n); };
     std::string out;
     for (std::size_t i = 0; i < muster.size();) {
         const char c = static_cast<char>(muster[i] | 0x20);
@@ -123,14 +114,14 @@ std::string formatieren(const CalendarDateTime& d, const std::string& muster) {
                (c == 'd' || c == 'm' || c == 'y'))
             ++n;
         if (c == 'd')
-            out += n == 1 ? std::to_string(d.day) : zwei(d.day);
+            out += n == 1 ? std::to_string(d.day) : twoDigits(d.day);
         else if (c == 'm')
             out += n == 1   ? std::to_string(d.month)
-                   : n == 2 ? zwei(d.month)
+                   : n == 2 ? twoDigits(d.month)
                    : n == 3 ? kurz[d.month - 1]
                             : lang[d.month - 1];
         else if (c == 'y')
-            out += n <= 2 ? zwei(d.year % 100) : std::to_string(d.year);
+            out += n <= 2 ? twoDigits(d.year % 100) : std::to_string(d.year);
         else
             out += muster.substr(i, n);
         i += n;

@@ -35,7 +35,7 @@ void kopieren(const std::string& von, const std::string& nach) {
     std::error_code ec;
     fs::copy_file(von, nach, fs::copy_options::skip_existing, ec);
     if (ec)
-        throw Error(3044, "Can't copy '" + von + "' to '" + nach + "': " + ec.message());
+        throw Error(err::PathNotFound, "Can't copy '" + von + "' to '" + nach + "': " + ec.message());
 }
 
 // The user's key of the settings store goes into a file that has none yet.

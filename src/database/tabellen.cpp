@@ -22,14 +22,6 @@ std::string aktuelle_datei;
 
 namespace {
 
-// The places where opening runs with errors ignored: a table that an older file lacks.
-void fehler_ignorieren(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error&) {
-    }
-}
-
 std::unique_ptr<dao::Database> seitendatenbank(const char* datei) {
     return dao::OpenDatabase(pfad_verbinden(Datenpfad, datei));
 }

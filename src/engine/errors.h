@@ -50,6 +50,11 @@ inline constexpr int AlreadyOpen = 3356;
 inline constexpr int ObjectClosed = 3420;
 inline constexpr int ConversionError = 3421;
 inline constexpr int DiskFull = 3035;
+inline constexpr int PathNotFound = 3044;         // a file can't be copied or found there
+inline constexpr int ObjectVariableNotSet = 91;   // no database is open
+inline constexpr int PropertyNotSupported = 438;  // a control has no such property
+inline constexpr int ControlArrayElement = 340;   // a form has no such control
+inline constexpr int ElementNotFound = 35601;     // a tool bar has no button of that key
 inline constexpr int EngineError = 3146;
 } // namespace err
 
@@ -71,5 +76,15 @@ private:
     std::string statement_;
     std::string field_;
 };
+
+// Runs a stretch of work "with errors ignored": a failure of the program's own (any
+// folio::Error) ends the stretch and is passed over. Nothing else is caught: running out of
+// memory, a stop asked for and a fault of the program itself go on up.
+template <typename Arbeit> void fehler_ignorieren(Arbeit&& arbeit) {
+    try {
+        arbeit();
+    } catch (const Error&) {
+    }
+}
 
 } // namespace folio

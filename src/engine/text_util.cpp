@@ -125,6 +125,10 @@ double numericValue(std::string_view s) {
     return negative ? -value : value;
 }
 
+std::string twoDigits(int n) {
+    return (n >= 0 && n < 10 ? "0" : "") + std::to_string(n);
+}
+
 std::size_t utf8Length(std::string_view s) {
     std::size_t n = 0;
     for (unsigned char c : s)

@@ -29,6 +29,8 @@ std::string quoteString(std::string_view text);
 // blanks between the digits ignored, a sign, digits and one decimal point; 0 when the text
 // begins with no number ("12 Apostel" gives 12, "1.0" gives 1, "x1" gives 0).
 double numericValue(std::string_view s);
+// A number of at least two digits, with a leading zero below 10 ("05", "12", "123").
+std::string twoDigits(int n);
 // Number of characters (code points) of a UTF-8 text.
 std::size_t utf8Length(std::string_view s);
 // The first `n` characters of a UTF-8 text: a cut never leaves half a character.

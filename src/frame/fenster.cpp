@@ -1,5 +1,7 @@
 #include "frame/fenster.h"
 
+#include "engine/errors.h"
+
 #include "frame/form.h"
 #include "frame/platform.h"
 
@@ -27,7 +29,7 @@ bool fenster_vordergrund(Form& form, int modus, bool aktivieren) {
         if (modus != 1)
             form.set("AlwaysOnTop", Value(modus == -1));
         return true;
-    } catch (...) {
+    } catch (const Error&) {
         return false;
     }
 }

@@ -95,22 +95,14 @@ std::string sprachtext(const std::string& schluessel) {
 
 namespace {
 
-// Runs one step of the translation; a property that the control lacks leaves it as it is.
-void schritt(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error&) {
-    }
-}
-
 // P = sprachtext(P): the property holds its key.
 void uebersetzen(PropertyBag& bag, const char* p) {
-    schritt([&] { bag.set(p, Value(sprachtext(bag.text(p)))); });
+    fehler_ignorieren([&] { bag.set(p, Value(sprachtext(bag.text(p)))); });
 }
 
 // P = sprachtext(n) with n the number in Q; only where n > 0 if so asked.
 void uebersetzen_nach(PropertyBag& bag, const char* p, const char* q, bool nurPositiv) {
-    schritt([&] {
+    fehler_ignorieren([&] {
         const long n = schluesselnummer(bag.text(q));
         if (nurPositiv && n <= 0)
             return;
@@ -123,7 +115,7 @@ void tipp(PropertyBag& bag, const char* p, const std::function<void()>& ueberset
     if (Kurzhilfe == 1)
         uebersetze();
     else
-        schritt([&] {
+        fehler_ignorieren([&] {
             bag.get(p);
             bag.set(p, Value(""));
         });
@@ -133,7 +125,7 @@ void menueknoepfe(Control& c) {
     if (!c.hasItems("MenuButtons"))
         return;
     for (PropertyBag& b : c.items("MenuButtons"))
-        schritt([&] {
+        fehler_ignorieren([&] {
             if (b.text("Caption") != "-")
                 uebersetzen(b, "Caption");
         });
@@ -148,7 +140,7 @@ void ballon(Control& c, const std::vector<const char*>& texte) {
     } else {
         c.set("BalloonTip", Value(false));
         for (const char* t : texte)
-            schritt([&] {
+            fehler_ignorieren([&] {
                 c.get(t);
                 c.set(t, Value(""));
             });
@@ -175,7 +167,7 @@ void steuerelement_uebersetzen(Control& c) {
         uebersetzen(c, "Caption");
         tipp(c, "ToolTipText", [&] { uebersetzen_nach(c, "ToolTipText", "ToolTipText", false); });
     } else if (k == "Menu") {
-        schritt([&] {
+        fehler_ignorieren([&] {
             const long n = schluesselnummer(c.text("Caption"));
             if (n != 0)
                 c.set("Caption", Value(sprachtext(std::to_string(n))));
@@ -206,7 +198,7 @@ void steuerelement_uebersetzen(Control& c) {
             ballon(c, {"ToolTipTitle", "ToolTipText", "tooltip"});
         } else {
             c.set("BalloonTip", Value(false));
-            schritt([&] {
+            fehler_ignorieren([&] {
                 c.get("tooltip");
                 c.set("tooltip", Value(""));
             });
@@ -249,10 +241,10 @@ void steuerelement_uebersetzen(Control& c) {
 } // namespace
 
 void formular_uebersetzen(Form& form) {
-    schritt([&] { form.set("MousePointer", Value(MausSanduhr)); });
+    fehler_ignorieren([&] { form.set("MousePointer", Value(MausSanduhr)); });
     uebersetzen(form, "Caption");
     for (auto& c : form.controls())
-        schritt([&] { steuerelement_uebersetzen(*c); });
+        fehler_ignorieren([&] { steuerelement_uebersetzen(*c); });
 }
 
 } // namespace folio

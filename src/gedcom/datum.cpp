@@ -12,14 +12,6 @@
 
 namespace folio {
 
-namespace {
-
-std::string zwei(int n) {
-    return (n < 10 ? "0" : "") + std::to_string(n);
-}
-
-} // namespace
-
 Datumszusaetze gedcom_zusaetze_laden() {
     Datumszusaetze tabelle;
     std::ifstream in(pfad_verbinden(Programmpfad, "geddate.ini"), std::ios::binary);
@@ -59,11 +51,11 @@ std::string gedcom_datum(DateTime datum, const std::string& format, const std::s
     const bool englisch = sprache == "GB" || sprache == "UK" || sprache == "E";
     const char* monat = (englisch ? monate : lokal)[d.month - 1];
     if (format == "DD MMM YYYY")
-        return zwei(d.day) + " " + monat + " " + jahr;
+        return twoDigits(d.day) + " " + monat + " " + jahr;
     if (format == "MMM YYYY")
         return std::string(monat) + " " + jahr;
     if (format == "DD MM YYYY")
-        return zwei(d.day) + " " + zwei(d.month) + " " + jahr;
+        return twoDigits(d.day) + " " + twoDigits(d.month) + " " + jahr;
     if (format == "YYYY")
         return jahr;
     return "";

@@ -18,10 +18,6 @@ namespace folio {
 
 namespace {
 
-std::string zwei(int n) {
-    return (n < 10 ? "0" : "") + std::to_string(n);
-}
-
 void kopf_schreiben(Exportlauf& lauf) {
     const Exportoptionen& o = lauf.optionen;
     const DateTime jetzt = DateTime::now();
@@ -39,7 +35,8 @@ void kopf_schreiben(Exportlauf& lauf) {
     zeile(lauf, "1 SUBM @00001@");
     zeile(lauf, "1 DEST PAF");
     zeile(lauf, "1 DATE " + gedcom_datum(jetzt, "DD MMM YYYY", "UK"));
-    zeile(lauf, "2 TIME " + zwei(c.hour) + ":" + zwei(c.minute) + ":" + zwei(c.second));
+    zeile(lauf,
+          "2 TIME " + twoDigits(c.hour) + ":" + twoDigits(c.minute) + ":" + twoDigits(c.second));
     GEDtext(lauf, 1, "FILE", o.datenbankname);
     zeile(lauf, "1 GEDC");
     zeile(lauf, "2 VERS 5.5");

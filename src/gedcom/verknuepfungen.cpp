@@ -1,4 +1,5 @@
 #include "gedcom/verknuepfungen.h"
+#include "engine/text_util.h"
 
 #include "database/tabellen.h"
 #include "gedcom/datum.h"
@@ -17,10 +18,6 @@ void zeiger(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, dao::Recordse
         return;
     if (const std::string* counter = lauf.tabellen.markiert(rs, datensatz))
         zeile(lauf, nr, std::string(tag) + " @" + praefix + *counter + "@");
-}
-
-std::string zwei(int n) {
-    return (n < 10 ? "0" : "") + std::to_string(n);
 }
 
 } // namespace
@@ -69,7 +66,7 @@ void Chanschreiben(Exportlauf& lauf, std::int16_t nr, const Value& Datum) {
     const CalendarDateTime c = stempel.calendar();
     zeile(lauf, nr, "CHAN");
     zeile(lauf, nr + 1, "DATE " + gedcom_datum(stempel, "DD MMM YYYY", "UK"));
-    zeile(lauf, nr + 2, "TIME " + zwei(c.hour) + ":" + zwei(c.minute));
+    zeile(lauf, nr + 2, "TIME " + twoDigits(c.hour) + ":" + twoDigits(c.minute));
 }
 
 } // namespace folio

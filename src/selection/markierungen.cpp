@@ -21,7 +21,7 @@ void markierungen_zurueckholen() {
                                        "Update " + t + " Set Markierung = -1 WHERE Marker = 1 ;"}) {
             try {
                 if (!DB)
-                    throw Error(91, "No database is open");
+                    throw Error(err::ObjectVariableNotSet, "No database is open");
                 DB->Execute(sql, dao::dbFailOnError);
             } catch (const Error&) {
                 // Putting marks back must never stop the one who leaves the database.

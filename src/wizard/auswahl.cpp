@@ -109,7 +109,7 @@ PropertyBag& AuswahlForm::knopf(int coolbar, std::string_view key) {
     for (PropertyBag& b : control("Coolbar_Datengrid", coolbar).items("Buttons"))
         if (equalsNoCase(b.text("Key"), key))
             return b;
-    throw Error(35601, "Element not found: " + std::string(key));
+    throw Error(err::ElementNotFound, "Element not found: " + std::string(key));
 }
 
 void AuswahlForm::zeile_anfuegen(int grid, const std::string& info, const std::string& status,

@@ -24,13 +24,6 @@ Control& box(int i) {
     return i < 7 ? Auswahl().Verfasser(i) : Auswahl().Anmerkung();
 }
 
-void fehler_ignorieren(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error&) {
-    }
-}
-
 // A count in a field of ten characters, right-aligned.
 std::string rechtsbuendig(std::int64_t zahl) {
     const std::string s = std::string(10, ' ') + std::to_string(zahl);

@@ -36,7 +36,7 @@ std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle) {
     };
     auto it = cursors.find(tabelle);
     if (it == cursors.end())
-        throw Error(3265, "No cursor holds the table '" + std::string(tabelle) + "'");
+        throw Error(err::ItemNotFound, "No cursor holds the table '" + std::string(tabelle) + "'");
     return *it->second;
 }
 

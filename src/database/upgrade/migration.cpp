@@ -33,15 +33,8 @@ namespace {
 using T = FieldType;
 namespace fs = std::filesystem;
 
-void still(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error&) {
-    }
-}
-
 void feld(const char* tabelle, const char* name, T typ, int groesse = 0, bool leer = false) {
-    still([&] {
+    fehler_ignorieren([&] {
         dao::FieldDef def = dao::TableDef::CreateField(name, typ, groesse);
         def.AllowZeroLength = leer;
         DB->tableDef(tabelle).AppendField(def);
@@ -49,30 +42,30 @@ void feld(const char* tabelle, const char* name, T typ, int groesse = 0, bool le
 }
 
 void feld_loeschen(const char* tabelle, const char* name) {
-    still([&] { DB->tableDef(tabelle).DeleteField(name); });
+    fehler_ignorieren([&] { DB->tableDef(tabelle).DeleteField(name); });
 }
 
 void index_loeschen(const char* tabelle, const char* name) {
-    still([&] { DB->tableDef(tabelle).DeleteIndex(name); });
+    fehler_ignorieren([&] { DB->tableDef(tabelle).DeleteIndex(name); });
 }
 
 void umbenennen(const char* tabelle, const char* alt, const char* neu) {
-    still([&] { DB->tableDef(tabelle).RenameField(alt, neu); });
+    fehler_ignorieren([&] { DB->tableDef(tabelle).RenameField(alt, neu); });
 }
 
 void ausfuehren(const std::string& sql) {
-    still([&] { DB->Execute(sql, dao::dbFailOnError); });
+    fehler_ignorieren([&] { DB->Execute(sql, dao::dbFailOnError); });
 }
 
 void schliessen(const char* tabelle) {
-    still([&] {
+    fehler_ignorieren([&] {
         if (std::unique_ptr<dao::Recordset>& rs = cursor_von(tabelle))
             rs->Close();
     });
 }
 
 void oeffnen(const char* tabelle) {
-    still([&] { cursor_oeffnen(tabelle); });
+    fehler_ignorieren([&] { cursor_oeffnen(tabelle); });
 }
 
 // The progress of the migration: the bar Update, and the value as a percentage in Info.
@@ -95,7 +88,7 @@ void durchgang(const char* tabelle, long long basis, long long gewicht,
         DB->OpenRecordset(std::string("SELECT count(*) FROM ") + tabelle)->get(0).toInt();
     std::int64_t fertig = 0;
     for (zum_anfang(rs); !rs.Eof(); rs.MoveNext()) {
-        still([&] { zeile(rs); });
+        fehler_ignorieren([&] { zeile(rs); });
         ++fertig;
         if (fertig % 64 == 0 || fertig == zeilen) {
             stand(zeilen > 0 ? fertig * gewicht / zeilen + basis : basis);
@@ -165,7 +158,7 @@ bool als_wort_enthalten(const std::string& text, const std::string& wort) {
 
 // A letter goes into the occurrences of a name of the name table, once.
 void vorkommen(RecordId name, const char* buchstabe) {
-    still([&] {
+    fehler_ignorieren([&] {
         dao::Recordset& namen = *rs_Namen;
         namen.Index("Counter");
         namen.Seek("=", Value(name));
@@ -201,7 +194,7 @@ Namen namen_sammeln(RecordId person) {
         const RecordId ziel = zeilen->get("Ziel").toRecordId();
         auto hat = [&](char c) { return art.find(c) != std::string::npos; };
         auto art_setzen = [&](const char* neu) {
-            still([&] {
+            fehler_ignorieren([&] {
                 zeilen->Edit();
                 zeilen->set("Art", Value(neu));
                 zeilen->Update();
@@ -299,13 +292,13 @@ void person_umwandeln(dao::Recordset& d) {
         {"NameNOTE", &n.notiz},
         {"Rufnamen", &n.rufnamen}};
     for (const auto& [feldname, wert] : namensfelder)
-        still([&] { d.set(feldname, Value(trimmed(*wert))); });
-    still([&] { d.set("NFSX", Value("")); });
-    still([&] { d.set("ABBR", Value("")); });
-    still([&] { datum_schreiben(d, "G", geburt); });
-    still([&] { datum_schreiben(d, "S", tod); });
-    still([&] { d.set("GOrt", Value(gort)); });
-    still([&] { d.set("SOrt", Value(sort)); });
+        fehler_ignorieren([&] { d.set(feldname, Value(trimmed(*wert))); });
+    fehler_ignorieren([&] { d.set("NFSX", Value("")); });
+    fehler_ignorieren([&] { d.set("ABBR", Value("")); });
+    fehler_ignorieren([&] { datum_schreiben(d, "G", geburt); });
+    fehler_ignorieren([&] { datum_schreiben(d, "S", tod); });
+    fehler_ignorieren([&] { d.set("GOrt", Value(gort)); });
+    fehler_ignorieren([&] { d.set("SOrt", Value(sort)); });
     d.Update();
 
     d.Edit();
@@ -336,7 +329,7 @@ void ereignis_umwandeln(dao::Recordset& e, const ListentextQuellen& q) {
     links->Close();
     const RecordId zweite = ereignis_hauptperson(q, erste, ereignis);
     std::string ort;
-    still([&] {
+    fehler_ignorieren([&] {
         rs_Ort->Index("Counter");
         rs_Ort->Seek("=", e.get("Ort"));
         if (!rs_Ort->NoMatch())
@@ -347,10 +340,10 @@ void ereignis_umwandeln(dao::Recordset& e, const ListentextQuellen& q) {
                       e.get("Kurztext").text(), e.get("Grund").text(), ort, zweite, ereignis);
 
     e.Edit();
-    still([&] { datum_schreiben(e, "v", von); });
-    still([&] { datum_schreiben(e, "b", bis); });
+    fehler_ignorieren([&] { datum_schreiben(e, "v", von); });
+    fehler_ignorieren([&] { datum_schreiben(e, "b", bis); });
     e.set("Art", Value(art));
-    still([&] { e.set("Listentext", Value(text)); });
+    fehler_ignorieren([&] { e.set("Listentext", Value(text)); });
     e.Update();
 }
 
@@ -369,7 +362,7 @@ void einfaches_datum(const char* tabelle, long long basis) {
     durchgang(tabelle, basis, 10, [](dao::Recordset& rs) {
         const Teildatum d = teildatum(rs.get("Datum"), rs.get("Datum_XX").text());
         rs.Edit();
-        still([&] { datum_schreiben(rs, "v", d); });
+        fehler_ignorieren([&] { datum_schreiben(rs, "v", d); });
         rs.Update();
     });
     schliessen(tabelle);
@@ -430,7 +423,7 @@ void felderarbeit() {
     umbenennen("Ereignis", "Referenz", "Notiz");
     oeffnen("Ereignis");
 
-    still([] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Status")); });
+    fehler_ignorieren([] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Status")); });
     oeffnen("Status");
 
     einfaches_datum("Bilder", 50);
@@ -453,17 +446,17 @@ void felderarbeit() {
 
     // The notes.
     schliessen("Referenz");
-    still([] { DB->tableDef("Referenz").Rename("Notiz"); });
+    fehler_ignorieren([] { DB->tableDef("Referenz").Rename("Notiz"); });
     umbenennen("Notiz", "OberReferenz", "OberNotiz");
     feld("Notiz", "Status", T::Currency);
     feld("Notiz", "Dateipfad", T::Memo, 0, true);
     oeffnen("Notiz");
 
     // The event types in use, from the catalogue.
-    still([] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Ereignisdb")); });
+    fehler_ignorieren([] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Ereignisdb")); });
     oeffnen("Ereignisdb");
     ausfuehren("UPDATE Ereignisdb SET CAUSasTAG = 0 ;");
-    still([] {
+    fehler_ignorieren([] {
         std::vector<int> arten;
         auto rs = DB->OpenRecordset("Select Distinct Art FROM Ereignis Order by Art ;");
         for (; !rs->Eof(); rs->MoveNext())
@@ -471,7 +464,7 @@ void felderarbeit() {
         rs->Close();
         std::int64_t fertig = 0;
         for (int art : arten) {
-            still([&] { ereignisdb_uebernehmen(art); });
+            fehler_ignorieren([&] { ereignisdb_uebernehmen(art); });
             stand(static_cast<long long>(++fertig * 10 / static_cast<std::int64_t>(arten.size())) +
                   80);
         }
@@ -505,7 +498,7 @@ void felderarbeit() {
     // The old name table goes.
     for (const char* index : {"Daten_pruefen", "Namen", "Quelle", "Ziel"})
         index_loeschen("Namen_DS", index);
-    still([] { DB->DeleteTableDef("Namen_DS"); });
+    fehler_ignorieren([] { DB->DeleteTableDef("Namen_DS"); });
 
     stand(100, false);
     Fortschrittfrm().control("Info").set("Caption", Value(sprachtext("453 Abgeschlossen")));
@@ -542,7 +535,7 @@ void migration(Lauf& lauf, bool ohne_komprimieren) {
         stand(0, false);
         felderarbeit();
     });
-    still([] { fenster_vordergrund(Fortschrittfrm(), 0, true); });
+    fehler_ignorieren([] { fenster_vordergrund(Fortschrittfrm(), 0, true); });
     meldung(sprachtext("452"));
     if (ohne_komprimieren)
         return;
