@@ -15,6 +15,8 @@ namespace folio::alt {
 namespace fs = std::filesystem;
 using schema::Generation;
 
+// The generations and their contents are tables of data, laid out by hand.
+// clang-format off
 namespace {
 
 using Felder = std::initializer_list<std::pair<const char*, Value>>;
@@ -319,4 +321,5 @@ void erzeugte_datei(Generation g, const fs::path& target, std::int64_t personen,
     });
 }
 
+// clang-format on
 } // namespace folio::alt

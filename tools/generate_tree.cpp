@@ -1,9 +1,9 @@
 #include "generate_tree.h"
 
+#include "database/schema/schema.h"
 #include "engine/engine.h"
 #include "engine/file_beside.h"
 #include "engine/recordset.h"
-#include "database/schema/schema.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "language_source.h"
 
+#include "database/schema/schema.h"
 #include "engine/engine.h"
 #include "engine/recordset.h"
-#include "database/schema/schema.h"
 
 #include <filesystem>
 #include <map>

@@ -1,9 +1,9 @@
 #include "database/dateiversion.h"
 
+#include "database/schema/schema.h"
 #include "engine/engine.h"
 #include "engine/errors.h"
 #include "engine/recordset.h"
-#include "database/schema/schema.h"
 #include "engine/text_util.h"
 
 #include <optional>

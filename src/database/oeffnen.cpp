@@ -1,9 +1,9 @@
 #include "database/oeffnen.h"
 
-#include "engine/errors.h"
 #include "database/tabellen.h"
-#include "engine/text_util.h"
 #include "database/upgrade/kette.h"
+#include "engine/errors.h"
+#include "engine/text_util.h"
 #include "frame/fenster.h"
 #include "frame/globals.h"
 #include "frame/ini.h"
@@ -35,7 +35,8 @@ void kopieren(const std::string& von, const std::string& nach) {
     std::error_code ec;
     fs::copy_file(von, nach, fs::copy_options::skip_existing, ec);
     if (ec)
-        throw Error(err::PathNotFound, "Can't copy '" + von + "' to '" + nach + "': " + ec.message());
+        throw Error(err::PathNotFound,
+                    "Can't copy '" + von + "' to '" + nach + "': " + ec.message());
 }
 
 // The user's key of the settings store goes into a file that has none yet.

@@ -9,10 +9,10 @@
 namespace folio {
 
 enum class Geoeffnet {
-    Ja,             // DB and its cursors are open; pfad and datei name what was opened
-    Nein,           // nothing is open: the sample database was write-protected, or the
-                    // file couldn't be opened as a database (the user has been told)
-    ProgrammEnde,   // the sample database is write-protected and `beenden` asked to end
+    Ja,           // DB and its cursors are open; pfad and datei name what was opened
+    Nein,         // nothing is open: the sample database was write-protected, or the
+                  // file couldn't be opened as a database (the user has been told)
+    ProgrammEnde, // the sample database is write-protected and `beenden` asked to end
 };
 
 // Opens `pfad` + "/" + `datei`. Both may change and name what was really opened. With
@@ -24,8 +24,7 @@ Geoeffnet datenbank_oeffnen(std::string& pfad, std::string& datei, bool beenden,
                             bool ohne_aktualisierung);
 
 // The message of a write-protected file, as the opening shows it.
-std::string schreibschutz_meldung(const std::string& datei_mit_pfad, bool beenden,
-                                  bool beispiel);
+std::string schreibschutz_meldung(const std::string& datei_mit_pfad, bool beenden, bool beispiel);
 
 // The repair step of an upgrade. Only the host's own build repairs; this program leaves
 // the file as it is.

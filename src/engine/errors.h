@@ -50,11 +50,11 @@ inline constexpr int AlreadyOpen = 3356;
 inline constexpr int ObjectClosed = 3420;
 inline constexpr int ConversionError = 3421;
 inline constexpr int DiskFull = 3035;
-inline constexpr int PathNotFound = 3044;         // a file can't be copied or found there
-inline constexpr int ObjectVariableNotSet = 91;   // no database is open
-inline constexpr int PropertyNotSupported = 438;  // a control has no such property
-inline constexpr int ControlArrayElement = 340;   // a form has no such control
-inline constexpr int ElementNotFound = 35601;     // a tool bar has no button of that key
+inline constexpr int PathNotFound = 3044;        // a file can't be copied or found there
+inline constexpr int ObjectVariableNotSet = 91;  // no database is open
+inline constexpr int PropertyNotSupported = 438; // a control has no such property
+inline constexpr int ControlArrayElement = 340;  // a form has no such control
+inline constexpr int ElementNotFound = 35601;    // a tool bar has no button of that key
 inline constexpr int EngineError = 3146;
 } // namespace err
 

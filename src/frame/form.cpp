@@ -16,7 +16,8 @@ bool NoCaseLess::operator()(std::string_view a, std::string_view b) const {
 const Value& PropertyBag::get(std::string_view name) const {
     auto it = props_.find(name);
     if (it == props_.end())
-        throw Error(err::PropertyNotSupported, "Object doesn't support this property or method: " + std::string(name));
+        throw Error(err::PropertyNotSupported,
+                    "Object doesn't support this property or method: " + std::string(name));
     return it->second;
 }
 
@@ -47,8 +48,9 @@ Control& Form::control(std::string_view name, int index) {
     for (auto& c : controls_)
         if (c->index() == index && equalsNoCase(c->name(), name))
             return *c;
-    throw Error(err::ControlArrayElement, "The form '" + name_ + "' has no control '" + std::string(name) +
-                         (index >= 0 ? "(" + std::to_string(index) + ")" : "") + "'");
+    throw Error(err::ControlArrayElement,
+                "The form '" + name_ + "' has no control '" + std::string(name) +
+                    (index >= 0 ? "(" + std::to_string(index) + ")" : "") + "'");
 }
 
 bool Form::hasControl(std::string_view name, int index) const {

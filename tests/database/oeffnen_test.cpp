@@ -83,11 +83,13 @@ TEST_F(Oeffnen, AMissingFileOpensTheSampleDatabaseMadeFromTheHostsFiles) {
 
 TEST_F(Oeffnen, AWriteProtectedSampleEndsOrReturnsWithNothingOpen) {
     const std::string beispiel = vorlage("beispiel.sf6");
-    fs::permissions(beispiel, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+    fs::permissions(beispiel,
+                    fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
                     fs::perm_options::remove);
     std::string ordner = baeume, datei = "beispiel.sf6";
     EXPECT_EQ(datenbank_oeffnen(ordner, datei, true, false), Geoeffnet::ProgrammEnde);
-    EXPECT_NE(scripted->shown.back().text.find("Das Programm wird nun beendet."), std::string::npos);
+    EXPECT_NE(scripted->shown.back().text.find("Das Programm wird nun beendet."),
+              std::string::npos);
     EXPECT_EQ(scripted->shown.back().title, "SF-ADD-IN");
     EXPECT_EQ(datenbank_oeffnen(ordner, datei, false, false), Geoeffnet::Nein);
     EXPECT_FALSE(dao::engine().isOpen(beispiel));

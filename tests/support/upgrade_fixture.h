@@ -4,14 +4,14 @@
 // test, and a scripted platform that records every message.
 #pragma once
 
-#include "engine/engine.h"
-#include "engine/errors.h"
 #include "database/oeffnen.h"
-#include "engine/recordset.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
-#include "engine/text_util.h"
 #include "database/upgrade/kette.h"
+#include "engine/engine.h"
+#include "engine/errors.h"
+#include "engine/recordset.h"
+#include "engine/text_util.h"
 #include "frame/globals.h"
 #include "frame/platform.h"
 #include "frame/settings_store.h"

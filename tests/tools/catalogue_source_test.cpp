@@ -1,8 +1,8 @@
 #include "catalogue_source.h"
 
+#include "database/schema/schema.h"
 #include "engine/engine.h"
 #include "engine/recordset.h"
-#include "database/schema/schema.h"
 #include "support/temp_dir.h"
 #include "tsv.h"
 

@@ -39,20 +39,27 @@ TEST(Generator, TreeIsWholeAndInRealisticProportions) {
     EXPECT_EQ(count(*db, "SELECT count(*) FROM Daten"), 1500);
     // Every reference points at a record.
     for (const char* field : {"Vater", "Mutter"})
-        EXPECT_EQ(count(*db, std::string("SELECT count(*) FROM Daten d WHERE d.") + field +
-                                 " <> 0 AND NOT EXISTS (SELECT 1 FROM Daten p WHERE p.Counter = d." +
-                                 field + ")"),
-                  0)
+        EXPECT_EQ(
+            count(*db, std::string("SELECT count(*) FROM Daten d WHERE d.") + field +
+                           " <> 0 AND NOT EXISTS (SELECT 1 FROM Daten p WHERE p.Counter = d." +
+                           field + ")"),
+            0)
             << field;
     for (const auto& [table, field, target] :
          std::vector<std::tuple<const char*, const char*, const char*>>{
-             {"Daten", "GOrt", "Ort"}, {"Daten", "Bild", "Bilder"}, {"Daten", "Notiz", "Notiz"},
-             {"Ereignis", "Ort", "Ort"}, {"Ort", "Oberort", "Ort"}, {"Adressen", "Ort", "Ort"},
-             {"Ereignis_DS", "Quelle", "Daten"}, {"Ereignis_DS", "Ziel", "Ereignis"},
-             {"Daten_DS", "Quelle", "Daten"}, {"Daten_DS", "Ziel", "Daten"},
+             {"Daten", "GOrt", "Ort"},
+             {"Daten", "Bild", "Bilder"},
+             {"Daten", "Notiz", "Notiz"},
+             {"Ereignis", "Ort", "Ort"},
+             {"Ort", "Oberort", "Ort"},
+             {"Adressen", "Ort", "Ort"},
+             {"Ereignis_DS", "Quelle", "Daten"},
+             {"Ereignis_DS", "Ziel", "Ereignis"},
+             {"Daten_DS", "Quelle", "Daten"},
+             {"Daten_DS", "Ziel", "Daten"},
              {"Adressen_DS", "Ziel", "Adressen"}})
-        EXPECT_EQ(count(*db, std::string("SELECT count(*) FROM ") + table + " x WHERE x." +
-                                 field + " <> 0 AND NOT EXISTS (SELECT 1 FROM " + target +
+        EXPECT_EQ(count(*db, std::string("SELECT count(*) FROM ") + table + " x WHERE x." + field +
+                                 " <> 0 AND NOT EXISTS (SELECT 1 FROM " + target +
                                  " t WHERE t.Counter = x." + field + ")"),
                   0)
             << table << "." << field;
@@ -72,7 +79,10 @@ TEST(Generator, TreeIsWholeAndInRealisticProportions) {
         char key[16];
         const auto d = rs->get("GTag").toInt(), m = rs->get("GMonat").toInt(),
                    y = rs->get("GJahr").toInt();
-        std::snprintf(key, sizeof key, d ? "%04lld%02lld%02lld" : m ? "%04lld%02lld" : "%04lld",
+        std::snprintf(key, sizeof key,
+                      d   ? "%04lld%02lld%02lld"
+                      : m ? "%04lld%02lld"
+                          : "%04lld",
                       static_cast<long long>(y), static_cast<long long>(m),
                       static_cast<long long>(d));
         ASSERT_EQ(rs->get("GSort").text(), y ? key : "");

@@ -1,10 +1,10 @@
 #include "sample_rtf.h"
 #include "sample_source.h"
 
-#include "engine/engine.h"
 #include "database/listentexte.h"
-#include "engine/recordset.h"
 #include "database/schema/schema.h"
+#include "engine/engine.h"
+#include "engine/recordset.h"
 #include "frame/globals.h"
 #include "frame/sprache.h"
 

@@ -10,6 +10,8 @@
 
 namespace folio::schema {
 
+// The generations and their contents are tables of data, laid out by hand.
+// clang-format off
 namespace {
 
 using T = FieldType;
@@ -194,4 +196,5 @@ std::vector<Table> tablesOf(Generation g) {
     return t;
 }
 
+// clang-format on
 } // namespace folio::schema

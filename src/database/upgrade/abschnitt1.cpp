@@ -4,13 +4,13 @@
 // pass over the rows, and some open the file anew afterwards.
 #include "database/upgrade/abschnitt1.h"
 
-#include "engine/date_time.h"
-#include "engine/errors.h"
 #include "database/listentexte.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
 #include "database/upgrade/kette.h"
 #include "database/upgrade/lauf.h"
+#include "engine/date_time.h"
+#include "engine/errors.h"
 #include "frame/globals.h"
 #include "frame/ini.h"
 #include "frame/settings_store.h"
@@ -50,7 +50,7 @@ void namensmarken(Lauf&) {
     dao::Recordset& v = *rs_Version;
     v.MoveFirst();
     v.Edit();
-    const char* felder[] = {"KzTitelvor",   "KzTitelnach",      "KzRufnamevor",
+    const char* felder[] = {"KzTitelvor",    "KzTitelnach",      "KzRufnamevor",
                             "KzRufnamenach", "KzGeburtsnamevor", "KzGeburtsnamenach"};
     const char* werte[] = {"[", "]", "°", "°", "{", "}"};
     for (int i = 0; i < 6; ++i)
@@ -85,7 +85,9 @@ void soundex_codes(Lauf& lauf) {
     durchgang(namen, [&] { namen.set("Soundex", Value(soundex(namen.get("Namen").text()))); });
     lauf.fortschritt(50);
     dao::Recordset& daten = *rs_Daten;
-    auto code = [](const std::string& name) { return name.empty() ? std::string(" ") : soundex(name); };
+    auto code = [](const std::string& name) {
+        return name.empty() ? std::string(" ") : soundex(name);
+    };
     durchgang(daten, [&] {
         daten.set("VNSoundex", Value(code(daten.get("Vnamen").text())));
         daten.set("NNSoundex", Value(code(daten.get("Nnamen").text())));
@@ -145,6 +147,7 @@ void ereignisdb_causastag(Lauf& lauf) {
     causastag_uebernehmen();
 }
 
+// clang-format off
 const std::vector<Schritt>& schritte_vor_migration() {
     static const std::vector<Schritt> schritte = {
         {1, "Daten", "Plausgeburt", {{"Daten", "Plausgeburt", T::Integer}},
@@ -266,6 +269,7 @@ const std::vector<Schritt>& schritte_nach_migration() {
     };
     return schritte;
 }
+// clang-format on
 
 // The frame of a step: the note, the fields, the statements and the pass, in one
 // transaction; then the opening anew where the step asks for it.
@@ -314,8 +318,9 @@ void kekuel_als_long(Lauf& lauf) {
 void navigation_anlegen(Lauf& lauf) {
     if (DB->hasTable("Navigation"))
         return;
-    ausfuehren(lauf, {21, "Version", "Navigation", {{"Version", "Navigation", T::Integer}}, {},
-                      navigation});
+    ausfuehren(
+        lauf,
+        {21, "Version", "Navigation", {{"Version", "Navigation", T::Integer}}, {}, navigation});
 }
 
 // Step 23: a gallery with the field INI loses it, and its links get a flowchart.
@@ -328,7 +333,8 @@ void galerie(Lauf& lauf) {
         lauf.felder_anlegen({{"Galerie_DS", "Flowchart", T::Memo}});
         rs_Galerie_DS->Close();
         lauf.ausfuehren("UPDATE Galerie_DS SET Flowchart = 'X' ;");
-        lauf.ausfuehren("UPDATE Galerie SET Hintergrundbild = 'A4.gif' where Hintergrundbild = ' ' ;");
+        lauf.ausfuehren(
+            "UPDATE Galerie SET Hintergrundbild = 'A4.gif' where Hintergrundbild = ' ' ;");
     });
 }
 
@@ -346,15 +352,12 @@ void reinigen(Lauf& lauf) {
 
 void nullfelder_fuellen(const std::function<void(const std::string&)>& ausfuehren) {
     const std::pair<const char*, const char*> felder[] = {
-        {"Ereignis", "BTag = 0"},       {"Ereignis", "BMonat = 0"},
-        {"Ereignis", "BJahr = 0"},      {"Ereignis", "[Text] = ' '"},
-        {"Ereignis", "Kurztext = ' '"}, {"Ereignis", "ca = ' '"},
-        {"Ereignis", "BDatum = ''"},    {"Ereignis_DS", "ASSO = ''"},
-        {"Daten", "Religion = ''"},     {"Daten", "Familienname = ''"},
-        {"Daten", "Patronym = ''"},     {"Daten", "OnlineDate = 0"},
-        {"Daten", "Marker = 0"},        {"Daten", "ca1 = ' '"},
-        {"Daten", "ca2 = ' '"},         {"Notiz", "Name = ' '"},
-        {"Notiz", "erfasst = 0"},       {"Notiz", "geaendert = 0"},
+        {"Ereignis", "BTag = 0"},       {"Ereignis", "BMonat = 0"},     {"Ereignis", "BJahr = 0"},
+        {"Ereignis", "[Text] = ' '"},   {"Ereignis", "Kurztext = ' '"}, {"Ereignis", "ca = ' '"},
+        {"Ereignis", "BDatum = ''"},    {"Ereignis_DS", "ASSO = ''"},   {"Daten", "Religion = ''"},
+        {"Daten", "Familienname = ''"}, {"Daten", "Patronym = ''"},     {"Daten", "OnlineDate = 0"},
+        {"Daten", "Marker = 0"},        {"Daten", "ca1 = ' '"},         {"Daten", "ca2 = ' '"},
+        {"Notiz", "Name = ' '"},        {"Notiz", "erfasst = 0"},       {"Notiz", "geaendert = 0"},
         {"Adressen", "Ort = 0"},        {"Quellen_DS", "Art_Ziel = 0"},
     };
     for (const auto& [tabelle, zuweisung] : felder) {
@@ -365,9 +368,10 @@ void nullfelder_fuellen(const std::function<void(const std::string&)>& ausfuehre
 }
 
 void jahr_4000_loeschen(const std::function<void(const std::string&)>& ausfuehren) {
-    for (const char* sql : {"UPDATE Ereignis SET vTag = 0 , VMonat=0 , VJahr=0 WHERE vJahr = 4000 ;",
-                            "Update Daten Set gTag = 0, GMonat=0, gJahr=0 WHERE gJahr = 4000 ;",
-                            "Update Daten Set sTag = 0, sMonat=0, sJahr=0 WHERE sJahr = 4000 ;"})
+    for (const char* sql :
+         {"UPDATE Ereignis SET vTag = 0 , VMonat=0 , VJahr=0 WHERE vJahr = 4000 ;",
+          "Update Daten Set gTag = 0, GMonat=0, gJahr=0 WHERE gJahr = 4000 ;",
+          "Update Daten Set sTag = 0, sMonat=0, sJahr=0 WHERE sJahr = 4000 ;"})
         ausfuehren(sql);
 }
 

@@ -1,9 +1,9 @@
 // The second section, for every file: the event types that the file's types depend on,
 // the occupation of each person from the events that carry one, the ancestor number as a
 // Double, and the cause-as-tag mark of the event types.
+#include "database/upgrade/abschnitt2.h"
 #include "database/tabellen.h"
 #include "database/upgrade/abschnitt1.h"
-#include "database/upgrade/abschnitt2.h"
 #include "database/upgrade/kette.h"
 #include "database/upgrade/lauf.h"
 #include "frame/platform.h"
@@ -17,9 +17,9 @@ namespace {
 // Daten holds; with `nur_leere`, only where the person has none yet.
 void berufe_aus(Zeilenbalken& balken, int art, bool nur_leere) {
     balken.bar.set("Value", Value(0));
-    auto ereignisse = DB->OpenRecordset("Select Counter,Grund FROM Ereignis WHERE Art = " +
-                                        std::to_string(art) +
-                                        " AND Grund <> ' ' AND Bjahr = 0 ;");
+    auto ereignisse =
+        DB->OpenRecordset("Select Counter,Grund FROM Ereignis WHERE Art = " + std::to_string(art) +
+                          " AND Grund <> ' ' AND Bjahr = 0 ;");
     balken.maximum(*ereignisse);
     dao::Recordset& daten = *rs_Daten;
     daten.Index("Counter");

@@ -1,9 +1,9 @@
 // The third section, for every file: each picture learns the size of its file.
 #include "database/tabellen.h"
-#include "engine/text_util.h"
 #include "database/upgrade/abschnitt2.h"
 #include "database/upgrade/kette.h"
 #include "database/upgrade/lauf.h"
+#include "engine/text_util.h"
 #include "frame/fenster.h"
 #include "frame/platform.h"
 #include "frame/start.h"
@@ -27,8 +27,9 @@ void abschnitt3(Lauf& lauf) {
             const std::string pfad(
                 trimBlanks(bilder->get("bildpfad").text() + bilder->get("bildfile").text()));
             std::error_code ec;
-            const double groesse =
-                !pfad.empty() && std::filesystem::is_regular_file(pfad, ec) ? datei_groesse(pfad) : 0;
+            const double groesse = !pfad.empty() && std::filesystem::is_regular_file(pfad, ec)
+                                       ? datei_groesse(pfad)
+                                       : 0;
             bilder->Edit();
             bilder->set("groesse", Value(static_cast<long long>(groesse)));
             bilder->Update();

@@ -1,10 +1,10 @@
 // The file's own table of event types takes its rows from the catalogue when the file
 // first needs them; a type comes with the chain of types (mainindex) on which it depends.
-#include "engine/errors.h"
 #include "database/tabellen.h"
 #include "database/upgrade/abschnitt1.h"
 #include "database/upgrade/kette.h"
 #include "database/upgrade/lauf.h"
+#include "engine/errors.h"
 
 namespace folio {
 
@@ -25,9 +25,9 @@ void ereignisdb_zeile_kopieren() {
     dao::Recordset& von = *rs_Deutsch;
     dao::Recordset& nach = *rs_Ereignisdb;
     nach.AddNew();
-    for (const char* feld : {"Index", "Art", "Text_vor", "Text_nach", "Level", "GedTAG",
-                             "Personenarten", "maxhauptpersonen", "Ereignisgrund", "txtzeichen",
-                             "mainindex", "OrtPos"})
+    for (const char* feld :
+         {"Index", "Art", "Text_vor", "Text_nach", "Level", "GedTAG", "Personenarten",
+          "maxhauptpersonen", "Ereignisgrund", "txtzeichen", "mainindex", "OrtPos"})
         nach.set(feld, von.get(feld));
     nach.Update();
 }

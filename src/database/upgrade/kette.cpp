@@ -2,12 +2,12 @@
 // version written into the file at every opening.
 #include "database/upgrade/kette.h"
 
+#include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
 #include "database/upgrade/abschnitt1.h"
 #include "database/upgrade/abschnitt2.h"
 #include "database/upgrade/lauf.h"
-#include "database/oeffnen.h"
 #include "frame/form.h"
 #include "frame/platform.h"
 #include "frame/start.h"

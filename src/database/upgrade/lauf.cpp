@@ -1,11 +1,11 @@
 #include "database/upgrade/lauf.h"
 
-#include "engine/errors.h"
-#include "engine/file_beside.h"
 #include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
 #include "database/upgrade/kette.h"
+#include "engine/errors.h"
+#include "engine/file_beside.h"
 #include "frame/globals.h"
 #include "frame/meldung.h"
 #include "frame/platform.h"
@@ -21,17 +21,28 @@ namespace fs = std::filesystem;
 
 std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle) {
     static const std::map<std::string, std::unique_ptr<dao::Recordset>*, std::less<>> cursors = {
-        {"Adressen", &rs_Adressen},       {"Adressen_DS", &rs_Adressen_DS},
-        {"Baum", &rs_Baum},               {"Baum_DS", &rs_Baum_DS},
-        {"Bilder", &rs_Bilder},           {"Daten", &rs_Daten},
-        {"Daten_DS", &rs_Daten_DS},       {"Dokument", &rs_Dokument},
-        {"Ereignis", &rs_Ereignis},       {"Ereignis_DS", &rs_Ereignis_DS},
-        {"Ereignisdb", &rs_Ereignisdb},   {"Familie", &rs_Familie},
-        {"Galerie", &rs_Galerie},         {"Galerie_DS", &rs_Galerie_DS},
-        {"Namen", &rs_Namen},             {"Notiz", &rs_Notiz},
-        {"Ort", &rs_Ort},                 {"Quellen_DS", &rs_Quellen_DS},
-        {"Referenz", &rs_Notiz},          {"Status", &rs_Status},
-        {"Stichwort", &rs_Stichwort},     {"Stichwort_DS", &rs_Stichwort_DS},
+        {"Adressen", &rs_Adressen},
+        {"Adressen_DS", &rs_Adressen_DS},
+        {"Baum", &rs_Baum},
+        {"Baum_DS", &rs_Baum_DS},
+        {"Bilder", &rs_Bilder},
+        {"Daten", &rs_Daten},
+        {"Daten_DS", &rs_Daten_DS},
+        {"Dokument", &rs_Dokument},
+        {"Ereignis", &rs_Ereignis},
+        {"Ereignis_DS", &rs_Ereignis_DS},
+        {"Ereignisdb", &rs_Ereignisdb},
+        {"Familie", &rs_Familie},
+        {"Galerie", &rs_Galerie},
+        {"Galerie_DS", &rs_Galerie_DS},
+        {"Namen", &rs_Namen},
+        {"Notiz", &rs_Notiz},
+        {"Ort", &rs_Ort},
+        {"Quellen_DS", &rs_Quellen_DS},
+        {"Referenz", &rs_Notiz},
+        {"Status", &rs_Status},
+        {"Stichwort", &rs_Stichwort},
+        {"Stichwort_DS", &rs_Stichwort_DS},
         {"Version", &rs_Version},
     };
     auto it = cursors.find(tabelle);
@@ -109,10 +120,10 @@ void Lauf::hinweis() {
         std::error_code ec;
         if (kopie.empty() || !fs::exists(kopie, ec)) {
             const std::string alt = versionname();
-            kopie = (datei_pfad.parent_path() /
-                     (datei_pfad.stem().string() + " (" +
-                      (alt.empty() ? std::string("alt") : alt) + ").bak"))
-                        .string();
+            kopie =
+                (datei_pfad.parent_path() / (datei_pfad.stem().string() + " (" +
+                                             (alt.empty() ? std::string("alt") : alt) + ").bak"))
+                    .string();
             if (!fs::exists(kopie, ec)) {
                 FileBeside neu(kopie);
                 fs::copy_file(datei_pfad, neu.path(), fs::copy_options::overwrite_existing);

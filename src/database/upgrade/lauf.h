@@ -16,7 +16,7 @@
 namespace folio {
 class Form;
 class Control;
-}
+} // namespace folio
 
 namespace folio::upgrade {
 

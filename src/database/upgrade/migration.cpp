@@ -4,16 +4,16 @@
 // Referenz becomes Notiz everywhere, and the tables Status and Ereignisdb come into being.
 // Every statement of the field work runs with errors ignored: what fails is passed over.
 // The whole migration is one step of the chain and one transaction.
-#include "engine/errors.h"
-#include "engine/file_beside.h"
 #include "database/listentexte.h"
 #include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
-#include "engine/text_util.h"
 #include "database/upgrade/abschnitt1.h"
 #include "database/upgrade/kette.h"
 #include "database/upgrade/lauf.h"
+#include "engine/errors.h"
+#include "engine/file_beside.h"
+#include "engine/text_util.h"
 #include "frame/fenster.h"
 #include "frame/globals.h"
 #include "frame/meldung.h"
@@ -423,7 +423,8 @@ void felderarbeit() {
     umbenennen("Ereignis", "Referenz", "Notiz");
     oeffnen("Ereignis");
 
-    fehler_ignorieren([] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Status")); });
+    fehler_ignorieren(
+        [] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Status")); });
     oeffnen("Status");
 
     einfaches_datum("Bilder", 50);
@@ -453,7 +454,8 @@ void felderarbeit() {
     oeffnen("Notiz");
 
     // The event types in use, from the catalogue.
-    fehler_ignorieren([] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Ereignisdb")); });
+    fehler_ignorieren(
+        [] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Ereignisdb")); });
     oeffnen("Ereignisdb");
     ausfuehren("UPDATE Ereignisdb SET CAUSasTAG = 0 ;");
     fehler_ignorieren([] {
