@@ -18,14 +18,6 @@ namespace folio {
 
 namespace {
 
-std::string utf8(UChar32 c) {
-    char buf[4];
-    std::int32_t n = 0;
-    UBool error = false;
-    U8_APPEND(reinterpret_cast<std::uint8_t*>(buf), n, 4, c, error);
-    return std::string(buf, static_cast<std::size_t>(error ? 0 : n));
-}
-
 // The code of one word (with its blank, if it has one).
 std::string soundex_wort(std::string_view wort) {
     std::string gemacht;
@@ -40,7 +32,7 @@ std::string soundex_wort(std::string_view wort) {
             c = 0xFFFD;
         c = u_toupper(c);
         if (erstes) {
-            gemacht += utf8(c);
+            appendUtf8(gemacht, static_cast<char32_t>(c));
             erstes = false;
             continue;
         }

@@ -129,20 +129,4 @@ std::string twoDigits(int n) {
     return (n >= 0 && n < 10 ? "0" : "") + std::to_string(n);
 }
 
-std::size_t utf8Length(std::string_view s) {
-    std::size_t n = 0;
-    for (unsigned char c : s)
-        n += (c & 0xC0) != 0x80;
-    return n;
-}
-
-std::string utf8Left(std::string_view s, std::size_t n) {
-    std::size_t i = 0;
-    for (std::size_t zeichen = 0; i < s.size(); ++i) {
-        if ((static_cast<unsigned char>(s[i]) & 0xC0) != 0x80 && zeichen++ == n)
-            break;
-    }
-    return std::string(s.substr(0, i));
-}
-
 } // namespace folio

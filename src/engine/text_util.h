@@ -1,6 +1,8 @@
-// Small text helpers of the whole program (ASCII case folding, trimming, quoting, counting
-// and cutting UTF-8 by characters).
+// Small text helpers of the whole program (ASCII case folding, trimming, quoting, numbers).
+// UTF-8 has a module of its own: engine/utf8.h.
 #pragma once
+
+#include "engine/utf8.h"
 
 #include <string>
 #include <string_view>
@@ -31,9 +33,5 @@ std::string quoteString(std::string_view text);
 double numericValue(std::string_view s);
 // A number of at least two digits, with a leading zero below 10 ("05", "12", "123").
 std::string twoDigits(int n);
-// Number of characters (code points) of a UTF-8 text.
-std::size_t utf8Length(std::string_view s);
-// The first `n` characters of a UTF-8 text: a cut never leaves half a character.
-std::string utf8Left(std::string_view s, std::size_t n);
 
 } // namespace folio

@@ -22,7 +22,7 @@ namespace {
 std::string rolle(const std::string& asso, const std::string& ursprung) {
     std::string r = isBlank(asso) ? "" : asso;
     if (r.empty() && !ursprung.empty()) {
-        const std::string zeichen = ansi_text(utf8_aus(codepunkte(ursprung).substr(0, 1)));
+        const std::string zeichen = ansi_text(toUtf8(codePoints(ursprung).substr(0, 1)));
         r = sprachtext(std::to_string(1800 + static_cast<unsigned char>(zeichen[0])));
     }
     if (upperAscii(r) == "TAUFPATE")

@@ -23,8 +23,8 @@ namespace {
 
 // `laenge` characters from the character `start` on (counted from 1), as far as there are.
 std::string mitte(const std::string& s, std::size_t start, std::size_t laenge) {
-    const std::u32string t = codepunkte(s);
-    return start > t.size() ? "" : utf8_aus(t.substr(start - 1, laenge));
+    const std::u32string t = codePoints(s);
+    return start > t.size() ? "" : toUtf8(t.substr(start - 1, laenge));
 }
 
 // The first character of the trimmed given names and a point: the initial of a living

@@ -1,5 +1,7 @@
 #include "gedcom/rtf.h"
 
+#include "engine/utf8.h"
+
 #include <unicode/ucnv.h>
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
@@ -22,18 +24,6 @@ constexpr int Cp1252 = 1252;
 
 // Windows-1252 in the range 0x80 to 0x9F; the five bytes it leaves free stand for the C1
 // control characters of the same number, as Windows reads them. The rest is Latin-1.
-constexpr std::array<char32_t, 32> Cp1252Hoch = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-void append_utf8(std::string& out, char32_t c) {
-    char buffer[U8_MAX_LENGTH];
-    std::int32_t length = 0;
-    U8_APPEND_UNSAFE(buffer, length, static_cast<UChar32>(c));
-    out.append(buffer, static_cast<std::size_t>(length));
-}
-
 // The code page of a font's character set; 0 where the document's own code page applies
 // (the Ansi and default sets, and the symbol set, whose bytes we read like Ansi).
 int charset_code_page(int charset) {
@@ -140,7 +130,7 @@ public:
         flush_bytes();
         if (high_ != 0) {
             if (U16_IS_TRAIL(u)) {
-                append_utf8(out_, static_cast<char32_t>(U16_GET_SUPPLEMENTARY(high_, u)));
+                appendUtf8(out_, static_cast<char32_t>(U16_GET_SUPPLEMENTARY(high_, u)));
                 high_ = 0;
                 return;
             }
@@ -149,15 +139,15 @@ public:
         if (U16_IS_LEAD(u))
             high_ = u;
         else if (U16_IS_TRAIL(u))
-            append_utf8(out_, 0xFFFD);
+            appendUtf8(out_, 0xFFFD);
         else if (u != 0)
-            append_utf8(out_, u);
+            appendUtf8(out_, u);
     }
 
     void code_point(char32_t c) {
         flush_bytes();
         settle_high();
-        append_utf8(out_, c);
+        appendUtf8(out_, c);
     }
 
     void utf8(std::string_view sequence) {
@@ -175,7 +165,7 @@ public:
 private:
     void settle_high() {
         if (high_ != 0)
-            append_utf8(out_, 0xFFFD);
+            appendUtf8(out_, 0xFFFD);
         high_ = 0;
     }
 
@@ -191,9 +181,9 @@ private:
         for (char ch : bytes_) {
             const auto b = static_cast<unsigned char>(ch);
             if (b >= 0x80 && b < 0xA0)
-                append_utf8(out_, Cp1252Hoch[b - 0x80]);
+                appendUtf8(out_, fromWindows1252(static_cast<unsigned char>(b)));
             else if (b != 0)
-                append_utf8(out_, b);
+                appendUtf8(out_, b);
         }
     }
 

@@ -1,19 +1,20 @@
-// Texts between UTF-8, in which the program holds them, and Windows-1252, the single-byte
-// code page of the users' systems.
+// The character sets of the GEDCOM file: Ansi (Windows-1252) and UTF-8, by the program's one
+// module of encodings (engine/utf8.h).
 #pragma once
+
+#include "engine/utf8.h"
 
 #include <string>
 
 namespace folio {
 
-// Whether the bytes are well-formed UTF-8.
-bool ist_utf8(const std::string& bytes);
-// The code points of a UTF-8 text; malformed bytes become U+FFFD.
-std::u32string codepunkte(const std::string& utf8);
-std::string utf8_aus(const std::u32string& text);
 // The Windows-1252 bytes of a text; a character that the code page lacks becomes "?".
-std::string ansi_text(const std::string& text);
+inline std::string ansi_text(const std::string& text) {
+    return toWindows1252(text);
+}
 // A text of the single-byte code page in UTF-8; a text that is valid UTF-8 already stays.
-std::string aus_ansi(const std::string& bytes);
+inline std::string aus_ansi(const std::string& bytes) {
+    return fromWindows1252Text(bytes);
+}
 
 } // namespace folio

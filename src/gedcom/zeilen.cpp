@@ -71,7 +71,7 @@ void zeilen_ausgeben(Exportlauf& lauf, const std::string& zeilen) {
 
 std::string utf8_text(const std::string& text) {
     // The program's texts are UTF-8 already; only malformed bytes need the way round.
-    return ist_utf8(text) ? text : utf8_aus(codepunkte(text));
+    return isUtf8(text) ? text : toUtf8(codePoints(text));
 }
 
 std::string z(Zeichensatz zeichensatz, const std::string& zeile) {
@@ -105,7 +105,7 @@ std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const s
     s = text;
     replaceAll(s, "\r\n", "#CONT#");
     // 4. Fold; the count is in characters.
-    s = utf8_aus(falten(codepunkte(std::string(trimBlanksRight(s)))));
+    s = toUtf8(falten(codePoints(std::string(trimBlanksRight(s)))));
     // 5. The markers become lines.
     const std::string folge = "\r\n" + std::to_string(ebene + 1);
     replaceAll(s, "#CONT#", folge + " CONT ");
