@@ -4,6 +4,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -64,9 +65,15 @@ public:
     std::vector<MessageRequest> shown;
     int doEventsCalls = 0;
     int sleptMilliseconds = 0;
+    // What a test looks at whenever pending events would run.
+    std::function<void()> onEvents;
 
     MessageAnswer showMessage(const MessageRequest& request) override;
-    void doEvents() override { ++doEventsCalls; }
+    void doEvents() override {
+        ++doEventsCalls;
+        if (onEvents)
+            onEvents();
+    }
     void sleep(int milliseconds) override { sleptMilliseconds += milliseconds; }
 };
 

@@ -10,6 +10,8 @@
 #include "wizard/auswahl.h"
 
 #include <filesystem>
+#include <utility>
+#include <vector>
 
 namespace folio {
 
@@ -17,6 +19,37 @@ namespace {
 
 const char* const ExportFehlgeschlagen =
     "9801 Der Export ist fehlgeschlagen, die alte Datei bleibt erhalten.";
+
+// The controls that a run reads are disabled while it runs, so that nothing changes under
+// it; they are as they were again when this goes, however the run ended.
+class OptionenGesperrt {
+public:
+    explicit OptionenGesperrt(AuswahlForm& form) {
+        for (int i = 0; i < 2; ++i)
+            sperren(form.Zeichensatz(i));
+        for (int i = 0; i < 4; ++i)
+            sperren(form.Datenschutzcheck(i));
+        for (int i = 0; i < 7; ++i)
+            sperren(form.Verfasser(i));
+        sperren(form.nur_auf_55());
+        sperren(form.Chancheck());
+        sperren(form.Anmerkung());
+    }
+    ~OptionenGesperrt() {
+        for (const auto& [control, enabled] : vorher_)
+            control->set("Enabled", enabled);
+    }
+    OptionenGesperrt(const OptionenGesperrt&) = delete;
+    OptionenGesperrt& operator=(const OptionenGesperrt&) = delete;
+
+private:
+    void sperren(Control& c) {
+        // A control that has never been switched is enabled.
+        vorher_.emplace_back(&c, c.has("Enabled") ? c.get("Enabled") : Value(true));
+        c.set("Enabled", Value(false));
+    }
+    std::vector<std::pair<Control*, Value>> vorher_;
+};
 
 } // namespace
 
@@ -71,6 +104,7 @@ ExportErgebnis Exportstarten() {
 
 ExportErgebnis export_ausfuehren(const std::string& ziel) {
     AuswahlForm& form = Auswahl();
+    OptionenGesperrt gesperrt(form);
     Formularanzeige anzeige(form);
     anzeige.text("", false);
     anzeige.wert(0);

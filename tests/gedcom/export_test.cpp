@@ -233,6 +233,26 @@ TEST_F(Run, ATreeFullOfHostileTextGivesASoundFile) {
     // The independent reader reads both files when the test ends.
 }
 
+TEST_F(Run, TheControlsThatTheRunReadsAreDisabledWhileItRuns) {
+    AuswahlForm& form = Auswahl();
+    form.Verfasser(0).set("Enabled", Value(false)); // not the user's own tree
+    form.Zeichensatz(0).set("Enabled", Value(true));
+    auto gesperrt = [](Control& c) { return c.has("Enabled") && !c.get("Enabled").toBool(); };
+    int gesehen = 0;
+    scripted->onEvents = [&] {
+        ++gesehen;
+        EXPECT_TRUE(gesperrt(form.Zeichensatz(0)));
+        EXPECT_TRUE(gesperrt(form.Chancheck()));
+        EXPECT_TRUE(gesperrt(form.Anmerkung()));
+        EXPECT_TRUE(gesperrt(form.Datenschutzcheck(3)));
+    };
+    ASSERT_EQ(Exportstarten(), ExportErgebnis::Fertig);
+    scripted->onEvents = nullptr;
+    EXPECT_GT(gesehen, 0);
+    EXPECT_TRUE(form.Zeichensatz(0).get("Enabled").toBool());
+    EXPECT_FALSE(form.Verfasser(0).get("Enabled").toBool());
+}
+
 TEST_F(Run, AnExistingTargetIsReplacedOnlyWhenTheUserSaysSo) {
     std::ofstream(ziel) << "old";
     scripted->answers.push_back({AntwortAbbrechen, -2});
