@@ -147,6 +147,42 @@ void ballon(Control& c, const std::vector<const char*>& texte) {
     }
 }
 
+// A text box: its caption and unit, and its tips as balloons only where tips are wanted.
+void textfeld_uebersetzen(Control& c) {
+    uebersetzen(c, "Caption");
+    uebersetzen(c, "UnitDescr");
+    if (Kurzhilfe == 1) {
+        ballon(c, {"ToolTipTitle", "ToolTipText", "tooltip"});
+    } else {
+        c.set("BalloonTip", Value(false));
+        fehler_ignorieren([&] {
+            c.get("tooltip");
+            c.set("tooltip", Value(""));
+        });
+    }
+    c.set("FontCharset", Value(0));
+}
+
+// The elements of a tab strip, tool bar, list view or status bar (`k` its class): their
+// texts from their tags and their tips; the menus of a tool bar's buttons.
+void elemente_uebersetzen(Control& c, const std::string& k) {
+    const char* sammlung = k == "TabStrip"   ? "Tabs"
+                           : k == "Toolbar"  ? "Buttons"
+                           : k == "ListView" ? "ColumnHeaders"
+                                             : "Panels";
+    const char* text = k == "TabStrip" ? "Caption" : k == "Toolbar" ? "Caption" : "Text";
+    if (c.hasItems(sammlung))
+        for (PropertyBag& item : c.items(sammlung)) {
+            if (k != "StatusBar")
+                uebersetzen_nach(item, text, "Tag", false);
+            tipp(item, "ToolTipText",
+                 [&] { uebersetzen_nach(item, "ToolTipText", "ToolTipText", k == "ListView"); });
+        }
+    if (k == "Toolbar" && c.hasItems("ButtonMenus"))
+        for (PropertyBag& m : c.items("ButtonMenus"))
+            uebersetzen_nach(m, "Text", "Tag", false);
+}
+
 void steuerelement_uebersetzen(Control& c) {
     const std::string& k = c.className();
     if (k == "CheckBox") {
@@ -192,18 +228,7 @@ void steuerelement_uebersetzen(Control& c) {
                 for (const char* p : {"Caption", "ToolTipText", "ToolTipTitle"})
                     uebersetzen(t, p);
     } else if (k == "sevText") {
-        uebersetzen(c, "Caption");
-        uebersetzen(c, "UnitDescr");
-        if (Kurzhilfe == 1) {
-            ballon(c, {"ToolTipTitle", "ToolTipText", "tooltip"});
-        } else {
-            c.set("BalloonTip", Value(false));
-            fehler_ignorieren([&] {
-                c.get("tooltip");
-                c.set("tooltip", Value(""));
-            });
-        }
-        c.set("FontCharset", Value(0));
+        textfeld_uebersetzen(c);
     } else if (k == "sevWizard") {
         for (const char* p : {"BackBtnText", "CancelBtnText", "FinishBtnText", "HeaderDescrDefault",
                               "HeaderTitleDefault", "NextBtnText", "HelpBtnText"})
@@ -214,22 +239,7 @@ void steuerelement_uebersetzen(Control& c) {
     } else if (k == "RichTextBox") {
         tipp(c, "ToolTipText", [&] { uebersetzen(c, "ToolTipText"); });
     } else if (k == "TabStrip" || k == "Toolbar" || k == "ListView" || k == "StatusBar") {
-        const char* sammlung = k == "TabStrip"   ? "Tabs"
-                               : k == "Toolbar"  ? "Buttons"
-                               : k == "ListView" ? "ColumnHeaders"
-                                                 : "Panels";
-        const char* text = k == "TabStrip" ? "Caption" : k == "Toolbar" ? "Caption" : "Text";
-        if (c.hasItems(sammlung))
-            for (PropertyBag& item : c.items(sammlung)) {
-                if (k != "StatusBar")
-                    uebersetzen_nach(item, text, "Tag", false);
-                tipp(item, "ToolTipText", [&] {
-                    uebersetzen_nach(item, "ToolTipText", "ToolTipText", k == "ListView");
-                });
-            }
-        if (k == "Toolbar" && c.hasItems("ButtonMenus"))
-            for (PropertyBag& m : c.items("ButtonMenus"))
-                uebersetzen_nach(m, "Text", "Tag", false);
+        elemente_uebersetzen(c, k);
     } else if (k == "TreeView") {
         // nothing to translate
     } else {

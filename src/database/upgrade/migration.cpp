@@ -380,8 +380,8 @@ void datumsfelder(const char* tabelle, const std::string& vorsilbe) {
     feld(tabelle, (vorsilbe + "Sort").c_str(), T::Text, 8, true);
 }
 
-void felderarbeit() {
-    // The persons.
+// Steps 2 to 8: the name and date fields of the persons, filled from the old ones, which go.
+void personen_umstellen() {
     schliessen("Daten");
     if (!DB->tableDef("Daten").hasField("ABBR"))
         feld("Daten", "ABBR", T::Text, 255, true);
@@ -407,8 +407,10 @@ void felderarbeit() {
         feld_loeschen("Daten", name);
     umbenennen("Daten", "Referenz", "Notiz");
     oeffnen("Daten");
+}
 
-    // The events.
+// Steps 9 to 11: the partial dates, new kinds and list texts of the events.
+void ereignisse_umstellen() {
     schliessen("Ereignis");
     for (const char* p : {"v", "b"})
         datumsfelder("Ereignis", p);
@@ -422,7 +424,11 @@ void felderarbeit() {
         feld_loeschen("Ereignis", name);
     umbenennen("Ereignis", "Referenz", "Notiz");
     oeffnen("Ereignis");
+}
 
+// Steps 12 to 16: the table Status, the images and documents, the other tables' notes, and
+// the table of notes under its new name.
+void weitere_tabellen_umstellen() {
     fehler_ignorieren(
         [] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Status")); });
     oeffnen("Status");
@@ -452,8 +458,10 @@ void felderarbeit() {
     feld("Notiz", "Status", T::Currency);
     feld("Notiz", "Dateipfad", T::Memo, 0, true);
     oeffnen("Notiz");
+}
 
-    // The event types in use, from the catalogue.
+// Steps 17 and 18: the event types in use, from the catalogue.
+void ereignisarten_uebernehmen() {
     fehler_ignorieren(
         [] { schema::createTable(*DB, *schema::findTable(schema::mainTables(), "Ereignisdb")); });
     oeffnen("Ereignisdb");
@@ -471,7 +479,11 @@ void felderarbeit() {
                   80);
         }
     });
+}
 
+// Steps 19 to 22: the late fields, the cleaning of Null fields and of the year 4000, and
+// the old name table gone.
+void aufraeumen() {
     feld("Daten", "Religion", T::Text, 255, true);
     stand(85);
     feld("Notiz", "Dateipfad", T::Memo, 0, true);
@@ -501,7 +513,10 @@ void felderarbeit() {
     for (const char* index : {"Daten_pruefen", "Namen", "Quelle", "Ziel"})
         index_loeschen("Namen_DS", index);
     fehler_ignorieren([] { DB->DeleteTableDef("Namen_DS"); });
+}
 
+// Steps 23 and 24: the version name 5.0.100 and the author's fields of Version.
+void version_umstellen() {
     stand(100, false);
     Fortschrittfrm().control("Info").set("Caption", Value(sprachtext("453 Abgeschlossen")));
     schliessen("Version");
@@ -519,6 +534,16 @@ void felderarbeit() {
     feld("Version", "Verfasser_Anmerkung", T::Memo, 0, true);
     feld("Version", "GEDCOM_Anmerkung", T::Memo, 0, true);
     oeffnen("Version");
+}
+
+// Steps 2 to 24, the field work, in their order.
+void felderarbeit() {
+    personen_umstellen();
+    ereignisse_umstellen();
+    weitere_tabellen_umstellen();
+    ereignisarten_uebernehmen();
+    aufraeumen();
+    version_umstellen();
 }
 
 // The file is compacted into a new file beside it, which takes its place only when it is
