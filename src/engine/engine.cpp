@@ -419,7 +419,7 @@ std::vector<std::string> Database::TableNames() const {
     sqlite::Statement stmt(connection_, "SELECT name FROM sqlite_master WHERE type = 'table' AND "
                                         "substr(name, 1, 7) <> 'sqlite_' ORDER BY rowid");
     while (stmt.step())
-        names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 0)));
+        names.emplace_back(stmt.text(0));
     return names;
 }
 
@@ -486,8 +486,8 @@ TableInfo Database::loadTableInfo(std::string_view table) {
             throw DatabaseError(
                 err::TableNotFound,
                 "The table '" + std::string(table) + "' doesn't exist in '" + path_ + "'", path_);
-        info.name = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 0));
-        createSql = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 1));
+        info.name = stmt.text(0);
+        createSql = stmt.text(1);
     }
     const std::vector<std::string> checked = checkedColumns(createSql);
     {
@@ -495,10 +495,8 @@ TableInfo Database::loadTableInfo(std::string_view table) {
         stmt.bind(1, Value(info.name));
         while (stmt.step()) {
             FieldDef f;
-            f.Name = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 0));
-            const char* declared =
-                reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), 1));
-            f.Type = typeFromDeclared(declared ? declared : "", f.Size);
+            f.Name = stmt.text(0);
+            f.Type = typeFromDeclared(stmt.text(1), f.Size);
             f.AllowZeroLength =
                 isTextType(f.Type) &&
                 std::find(checked.begin(), checked.end(), lowerAscii(f.Name)) == checked.end();
@@ -510,21 +508,18 @@ TableInfo Database::loadTableInfo(std::string_view table) {
                                  "tbl_name = ?1 AND sql IS NOT NULL ORDER BY rowid");
     indexes.bind(1, Value(info.name));
     while (indexes.step()) {
-        const std::string name =
-            reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 0));
+        const std::string name = indexes.text(0);
         if (!lowerAscii(name).starts_with(prefix))
             continue;
         IndexDef index;
         index.Name = name.substr(prefix.size());
-        const std::string sql =
-            reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 1));
+        const std::string sql = indexes.text(1);
         index.Unique = upperAscii(sql).starts_with("CREATE UNIQUE");
         index.Primary = index.Unique && equalsNoCase(index.Name, "PrimaryKey");
         sqlite::Statement cols(c, "SELECT name FROM pragma_index_info(?1) ORDER BY seqno");
         cols.bind(1, Value(name));
         while (cols.step())
-            index.Fields.emplace_back(
-                reinterpret_cast<const char*>(sqlite3_column_text(cols.get(), 0)));
+            index.Fields.emplace_back(cols.text(0));
         info.indexes.push_back(std::move(index));
     }
     return info;
@@ -730,7 +725,7 @@ void DBEngine::RepairDatabase(const std::string& path) {
     sqlite::Statement check(c, "PRAGMA integrity_check");
     std::string report;
     while (check.step()) {
-        const std::string line = reinterpret_cast<const char*>(sqlite3_column_text(check.get(), 0));
+        const std::string line = check.text(0);
         if (line != "ok")
             report += (report.empty() ? "" : "; ") + line;
     }

@@ -25,7 +25,7 @@ bool isComparison(std::string_view op) {
 
 void Recordset::positionOn(sqlite::Statement& stmt) {
     row_ = &stmt;
-    rowid_ = sqlite3_column_int64(stmt.get(), 0);
+    rowid_ = stmt.int64(0);
     rowGeneration_ = db_->writeGeneration();
     at_ = At::Row;
     if (!indexFields_.empty()) {
@@ -84,7 +84,7 @@ void Recordset::startTableStream(bool ascending, bool fromCurrent) {
 void Recordset::stepStream() {
     if (stream_->step()) {
         if (type_ == RecordsetType::Dynaset) {
-            rowids_.push_back(sqlite3_column_int64(stream_->get(), 0));
+            rowids_.push_back(stream_->int64(0));
             position_ = rowids_.size() - 1;
         }
         positionOn(*stream_);
@@ -105,7 +105,7 @@ void Recordset::drain() {
     if (!streaming_)
         return;
     while (stream_->step())
-        rowids_.push_back(sqlite3_column_int64(stream_->get(), 0));
+        rowids_.push_back(stream_->int64(0));
     stream_->reset();
     streaming_ = false;
     if (row_ == stream_)
@@ -224,7 +224,7 @@ std::int64_t Recordset::RecordCount() {
     if (type_ == RecordsetType::Table) {
         sqlite::Statement& stmt = cached("SELECT count(*) FROM " + quoteIdentifier(table_));
         stmt.step();
-        const std::int64_t n = sqlite3_column_int64(stmt.get(), 0);
+        const std::int64_t n = stmt.int64(0);
         stmt.reset();
         return n;
     }
@@ -362,7 +362,7 @@ bool Recordset::find(std::string_view criterion, std::size_t from) {
     sqlite::Statement& stmt = cached(sql);
     std::unordered_set<std::int64_t> hits;
     while (stmt.step())
-        hits.insert(sqlite3_column_int64(stmt.get(), 0));
+        hits.insert(stmt.int64(0));
     stmt.reset();
     for (std::size_t i = from; i < rowids_.size(); ++i) {
         if (hits.count(rowids_[i])) {

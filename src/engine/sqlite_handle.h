@@ -62,6 +62,17 @@ public:
     void bindInt(int index, std::int64_t value);
     int columnCount() const { return sqlite3_column_count(stmt_); }
 
+    // The columns of the row that stands: its storage class (SQLITE_INTEGER, ...), and its
+    // value as text ("" for NULL), as a 64-bit integer and as a double.
+    int type(int column) const { return sqlite3_column_type(stmt_, column); }
+    std::string text(int column) const {
+        const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(stmt_, column));
+        return p ? std::string(p, static_cast<std::size_t>(sqlite3_column_bytes(stmt_, column)))
+                 : std::string();
+    }
+    std::int64_t int64(int column) const { return sqlite3_column_int64(stmt_, column); }
+    double real(int column) const { return sqlite3_column_double(stmt_, column); }
+
 private:
     sqlite3_stmt* stmt_ = nullptr;
     sqlite3* db_ = nullptr;
