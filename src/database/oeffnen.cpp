@@ -54,6 +54,34 @@ void guid_eintragen() {
     }
 }
 
+// Steps 2 to 4: a file of the oldest extension is upgraded on a copy named .SF5, and that
+// on a copy named .SF6: the old files stay beside them untouched. `datei` then names the
+// .SF6 file.
+void alte_endungen_umwandeln(std::string& pfad, std::string& datei) {
+    for (;;) {
+        alle_schliessen(pfad_verbinden(pfad, datei));
+        if (!endet_auf(datei, ".SF"))
+            break;
+        const std::string alt = pfad_verbinden(pfad, datei);
+        if (existiert(alt) && !existiert(alt + "5"))
+            kopieren(alt, alt + "5");
+        datei += "5";
+        DB = dao::OpenDatabase(pfad_verbinden(pfad, datei));
+        tabellen_oeffnen();
+        datenbank_aktualisieren(pfad, datei, false);
+    }
+    if (endet_auf(datei, ".SF5")) {
+        const std::string alt = pfad_verbinden(pfad, datei);
+        // A name whose file is missing gets the "6" all the same; the next step reports it.
+        if (existiert(alt)) {
+            datei.pop_back();
+            if (!existiert(pfad_verbinden(pfad, datei) + "6"))
+                kopieren(alt, pfad_verbinden(pfad, datei) + "6");
+        }
+        datei += "6";
+    }
+}
+
 } // namespace
 
 std::string schreibschutz_meldung(const std::string& datei_mit_pfad, bool beenden, bool beispiel) {
@@ -82,30 +110,7 @@ Geoeffnet datenbank_oeffnen(std::string& pfad, std::string& datei, bool beenden,
         datei = Beispieldatenbank;
     }
 
-    for (;;) {
-        alle_schliessen(pfad_verbinden(pfad, datei));
-        if (!endet_auf(datei, ".SF"))
-            break;
-        // A file of the oldest extension is upgraded on a copy named .SF5, and that on a
-        // copy named .SF6: the old files stay beside them untouched.
-        const std::string alt = pfad_verbinden(pfad, datei);
-        if (existiert(alt) && !existiert(alt + "5"))
-            kopieren(alt, alt + "5");
-        datei += "5";
-        DB = dao::OpenDatabase(pfad_verbinden(pfad, datei));
-        tabellen_oeffnen();
-        datenbank_aktualisieren(pfad, datei, false);
-    }
-    if (endet_auf(datei, ".SF5")) {
-        const std::string alt = pfad_verbinden(pfad, datei);
-        // A name whose file is missing gets the "6" all the same; the next step reports it.
-        if (existiert(alt)) {
-            datei.pop_back();
-            if (!existiert(pfad_verbinden(pfad, datei) + "6"))
-                kopieren(alt, pfad_verbinden(pfad, datei) + "6");
-        }
-        datei += "6";
-    }
+    alte_endungen_umwandeln(pfad, datei);
     if (!pfad.empty() && (pfad.back() == '/' || pfad.back() == '\\') && pfad.size() > 1)
         pfad.pop_back();
 

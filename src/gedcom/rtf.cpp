@@ -510,11 +510,15 @@ private:
         if (ersatz_verbrauchen() || wort == nullptr || z_.ziel == Ziel::Ueberspringen)
             return;
         const int n = static_cast<int>(wert);
-        if (z_.ziel == Ziel::Schrifttabelle) {
+        if (z_.ziel == Ziel::Schrifttabelle)
             schriftdefinition(*wort, mit_wert ? n : 0);
-            return;
-        }
-        switch (wort->wirkung) {
+        else
+            wirken(*wort, mit_wert, n);
+    }
+
+    // What a control word does in the text: a character, a destination, a font, a code page.
+    void wirken(const Steuerwort& wort, bool mit_wert, int n) {
+        switch (wort.wirkung) {
         case Wirkung::Absatz:
             text_.utf8("\r\n");
             break;
@@ -522,7 +526,7 @@ private:
             text_.code_point('\t');
             break;
         case Wirkung::Zeichen:
-            text_.code_point(wort->zeichen);
+            text_.code_point(wort.zeichen);
             break;
         case Wirkung::Unicode:
             unicode(mit_wert, n);
