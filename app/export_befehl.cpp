@@ -121,7 +121,14 @@ public:
     }
     PrivaterOrdner(const PrivaterOrdner&) = delete;
     PrivaterOrdner& operator=(const PrivaterOrdner&) = delete;
-    const fs::path& pfad() const { return pfad_; }
+    // A copy of `datei` in the folder that its owner may write; the user is told.
+    fs::path kopie(const fs::path& datei) {
+        const fs::path kopie = pfad_ / datei.filename();
+        fs::copy_file(datei, kopie);
+        fs::permissions(kopie, fs::perms::owner_read | fs::perms::owner_write);
+        hinweis(sprachtext("9831") + " " + datei.string());
+        return kopie;
+    }
 
 private:
     fs::path pfad_;
@@ -560,20 +567,25 @@ Ausgang lauf(const ExportOptionen& o, const fs::path& datei, const fs::path& zie
     return ausgang;
 }
 
-} // namespace
-
-Ausgang exportieren(const ExportOptionen& o) {
-    // A tree that another program holds is waited for, and the user learns what for.
+// What every run needs before it looks at the tree: the wait for a tree that another program
+// holds (the user learns what for), the form's texts, and the table of date modifiers, once
+// for the form, from the program's own folder (the opening of a tree lends Programmpfad to
+// the host's folder for a while).
+void vorbereiten(const ExportOptionen& o) {
     wartezeit_setzen(std::chrono::seconds(o.warten), [](const std::string& datei) {
         hinweis(sprachtext("9834 Ein anderes Programm benutzt die Datenbank; es wird gewartet:") +
                 " " + datei);
     });
     AuswahlForm& form = Auswahl();
     formular_uebersetzen(form);
-    // The table of date modifiers, once for the form, from the program's own folder (the
-    // opening of a tree lends Programmpfad to the host's folder for a while).
     form.gedcom_zusaetze = gedcom_zusaetze_laden();
     form.set("MousePointer", Value(MausNormal));
+}
+
+} // namespace
+
+Ausgang exportieren(const ExportOptionen& o) {
+    vorbereiten(o);
     std::error_code ec;
     if (!fs::exists(o.datenbank, ec)) {
         fehler(sprachtext("9802 Diese Datenbank gibt es nicht:") + " " + o.datenbank);
@@ -594,14 +606,8 @@ Ausgang exportieren(const ExportOptionen& o) {
         if (const Ausgang a = version_pruefen(datei, aelter); a != Fertig)
             return a;
         // A tree that may not be written is exported all the same, from a copy of its own.
-        if (!beschreibbar(datei)) {
-            privat.emplace();
-            const fs::path kopie = privat->pfad() / datei.filename();
-            fs::copy_file(datei, kopie);
-            fs::permissions(kopie, fs::perms::owner_read | fs::perms::owner_write);
-            hinweis(sprachtext("9831") + " " + datei.string());
-            datei = kopie;
-        }
+        if (!beschreibbar(datei))
+            datei = privat.emplace().kopie(datei);
         if (aelter) {
             fortschritt_des_oeffnens();
             const Ausgang a = aktualisieren(datei);
