@@ -96,6 +96,7 @@ Ausgang datenbankfehler(const Error& e, const std::string& datei) {
     case err::ItemNotFound:
         return satz("9823", KeineStammbaumDatenbank);
     default:
+        // SQLite names a missing table or field only in its words.
         if (text.find("no such table") != std::string::npos ||
             text.find("no such column") != std::string::npos)
             return satz("9823", KeineStammbaumDatenbank);
@@ -171,7 +172,13 @@ private:
 class BaumSchliessen {
 public:
     explicit BaumSchliessen(std::string baum) : baum_(std::move(baum)) {}
-    ~BaumSchliessen() { alle_schliessen(baum_); }
+    ~BaumSchliessen() {
+        try {
+            alle_schliessen(baum_);
+        } catch (const Abbruch&) {
+            // Everything is closed; the stop stays asked for and the next point raises it.
+        }
+    }
     BaumSchliessen(const BaumSchliessen&) = delete;
     BaumSchliessen& operator=(const BaumSchliessen&) = delete;
 
@@ -553,18 +560,14 @@ Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) 
 // ends, and after a crash or a kill when the file is next opened. So the tree stays as it
 // was by construction.
 Ausgang lauf(const ExportOptionen& o, const fs::path& datei, const fs::path& ziel) {
+    BaumSchliessen schliessen(baum(datei)); // after the rollback, however the run ends
     DB = dao::OpenDatabase(datei.string());
-    Ausgang ausgang;
-    {
-        dao::Transaction nie_festgeschrieben(*DB);
-        tabellen_oeffnen();
-        AuswahlForm& form = Auswahl();
-        form.Verzeichnis(0).set("Text", Value(datei.parent_path().string()));
-        form.Datei(0).set("FileName", Value(datei.filename().string()));
-        ausgang = auswaehlen_und_schreiben(o, ziel);
-    }
-    alle_schliessen(baum(datei));
-    return ausgang;
+    dao::Transaction nie_festgeschrieben(*DB);
+    tabellen_oeffnen();
+    AuswahlForm& form = Auswahl();
+    form.Verzeichnis(0).set("Text", Value(datei.parent_path().string()));
+    form.Datei(0).set("FileName", Value(datei.filename().string()));
+    return auswaehlen_und_schreiben(o, ziel);
 }
 
 // What every run needs before it looks at the tree: the wait for a tree that another program
@@ -618,16 +621,13 @@ Ausgang exportieren(const ExportOptionen& o) {
         return lauf(o, datei, ziel);
     } catch (const Abbruch&) {
         fortschritt_beenden();
-        alle_schliessen(baum(datei));
         throw;
     } catch (const Error& e) {
         fortschritt_beenden();
-        alle_schliessen(baum(datei));
         abbruch_pruefen(); // a wait for the tree that a signal ended is a stop, not a failure
         return datenbankfehler(e, datei.string());
     } catch (const std::exception& e) {
         fortschritt_beenden();
-        alle_schliessen(baum(datei));
         fehler(sprachtext("9801"), e.what());
         return ExportFehlgeschlagen;
     }

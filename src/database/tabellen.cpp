@@ -1,10 +1,12 @@
 #include "database/tabellen.h"
 
+#include "engine/abbruch.h"
 #include "engine/errors.h"
 #include "engine/text_util.h"
 #include "frame/globals.h"
 #include "frame/platform.h"
 
+#include <exception>
 #include <functional>
 
 namespace folio {
@@ -78,6 +80,9 @@ void tabellen_oeffnen() {
 }
 
 void alle_schliessen(const std::string& name) {
+    // Closing finishes whatever happens: a stop asked for while events run between two
+    // databases is raised once everything is closed.
+    std::exception_ptr stop;
     const std::string gesucht = upperAscii(name);
     const std::vector<dao::Workspace*> workspaces = dao::engine().Workspaces();
     for (auto w = workspaces.rbegin(); w != workspaces.rend(); ++w) {
@@ -86,11 +91,18 @@ void alle_schliessen(const std::string& name) {
             if (!gesucht.empty() && upperAscii((*d)->Name()).find(gesucht) == std::string::npos)
                 continue;
             (*d)->Close(); // closes its recordsets, the last first
-            platform().doEvents();
+            try {
+                platform().doEvents();
+            } catch (const Abbruch&) {
+                if (!stop)
+                    stop = std::current_exception();
+            }
         }
         if (*w != workspaces.front())
             dao::engine().CloseWorkspace(**w);
     }
+    if (stop)
+        std::rethrow_exception(stop);
 }
 
 } // namespace folio

@@ -2,9 +2,9 @@
 
 #include "engine/recordset.h"
 #include "engine/text_util.h"
+#include "engine/utf8.h"
 #include "frame/globals.h"
 #include "gedcom/exportlauf.h"
-#include "gedcom/zeichensatz.h"
 #include "gedcom/zeilen.h"
 
 #include <fstream>
@@ -19,7 +19,7 @@ Datumszusaetze gedcom_zusaetze_laden() {
         return tabelle;
     std::stringstream inhalt;
     inhalt << in.rdbuf();
-    std::istringstream zeilen(aus_ansi(inhalt.str()));
+    std::istringstream zeilen(fromWindows1252Text(inhalt.str()));
     std::string zeile;
     while (std::getline(zeilen, zeile)) {
         if (!zeile.empty() && zeile.back() == '\r')

@@ -2,13 +2,13 @@
 
 #include "database/tabellen.h"
 #include "engine/text_util.h"
+#include "engine/utf8.h"
 #include "frame/sprache.h"
 #include "gedcom/datum.h"
 #include "gedcom/exportlauf.h"
 #include "gedcom/orte.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
-#include "gedcom/zeichensatz.h"
 #include "gedcom/zeilen.h"
 
 #include <algorithm>
@@ -22,7 +22,7 @@ namespace {
 std::string rolle(const std::string& asso, const std::string& ursprung) {
     std::string r = isBlank(asso) ? "" : asso;
     if (r.empty() && !ursprung.empty()) {
-        const std::string zeichen = ansi_text(toUtf8(codePoints(ursprung).substr(0, 1)));
+        const std::string zeichen = toWindows1252(toUtf8(codePoints(ursprung).substr(0, 1)));
         r = sprachtext(std::to_string(1800 + static_cast<unsigned char>(zeichen[0])));
     }
     if (upperAscii(r) == "TAUFPATE")

@@ -2,6 +2,7 @@
 
 #include "database/tabellen.h"
 #include "engine/text_util.h"
+#include "engine/utf8.h"
 #include "frame/sprache.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/export.h"
@@ -10,7 +11,6 @@
 #include "gedcom/orte.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
-#include "gedcom/zeichensatz.h"
 #include "gedcom/zeilen.h"
 
 #include <algorithm>

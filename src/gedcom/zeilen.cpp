@@ -1,9 +1,9 @@
 #include "gedcom/zeilen.h"
 
 #include "engine/text_util.h"
+#include "engine/utf8.h"
 #include "gedcom/ausgabe.h"
 #include "gedcom/exportlauf.h"
-#include "gedcom/zeichensatz.h"
 
 #include <algorithm>
 
@@ -75,7 +75,7 @@ std::string utf8_text(const std::string& text) {
 }
 
 std::string z(Zeichensatz zeichensatz, const std::string& zeile) {
-    return zeichensatz == Zeichensatz::Ansi ? ansi_text(zeile) : utf8_text(zeile);
+    return zeichensatz == Zeichensatz::Ansi ? toWindows1252(zeile) : utf8_text(zeile);
 }
 
 std::string einzeilig(std::string text) {

@@ -1,4 +1,4 @@
-#include "gedcom/zeichensatz.h"
+#include "engine/utf8.h"
 #include "gedcom/zeilen.h"
 #include "support/export_fixture.h"
 
@@ -74,10 +74,10 @@ TEST(GEDtext, AHashOfTheUsersIsNoMarker) {
 }
 
 TEST(Zeichensatz, AnsiIsWindows1252) {
-    EXPECT_EQ(ansi_text("Müller € ß"), "M\xFCller \x80 \xDF");
-    EXPECT_EQ(ansi_text("Dvořák 東京"), "Dvo?\xE1k ??");
-    EXPECT_EQ(aus_ansi("M\xFCller \x80"), "Müller €");
-    EXPECT_EQ(aus_ansi("Müller"), "Müller"); // UTF-8 stays
+    EXPECT_EQ(toWindows1252("Müller € ß"), "M\xFCller \x80 \xDF");
+    EXPECT_EQ(toWindows1252("Dvořák 東京"), "Dvo?\xE1k ??");
+    EXPECT_EQ(fromWindows1252Text("M\xFCller \x80"), "Müller €");
+    EXPECT_EQ(fromWindows1252Text("Müller"), "Müller"); // UTF-8 stays
     EXPECT_EQ(utf8_text("Dvořák"), "Dvořák");
 }
 
