@@ -1,7 +1,8 @@
 # Installation and the Debian package. The program folder is installed as the build stages
 # it, under <prefix>/lib/folioexport, so that it stays relocatable:
 #
-#   lib/folioexport/Stammfolio/              the host's folder: SF.MDB, Beispiel.SF6
+#   lib/folioexport/Stammfolio/              the host's folder: SF.MDB, Beispiel.SF6, the
+#                                            wizard's pictures (bmp, prog) and help pages (help)
 #   lib/folioexport/Stammfolio/Folioexport/  the programs and geddate.ini
 #   lib/folioexport/Daten/                   the data a user's data folder starts from
 #   bin/folioexport-cli                      a link to the program
@@ -16,6 +17,8 @@ install(TARGETS folioexport-cli DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio/Foli
 install(FILES ${FOLIO_PROGRAMMPFAD}/geddate.ini
         DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio/Folioexport)
 install(FILES ${FOLIO_STAMMPFAD}/SF.MDB ${FOLIO_STAMMPFAD}/Beispiel.SF6
+        DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio)
+install(DIRECTORY ${FOLIO_STAMMPFAD}/bmp ${FOLIO_STAMMPFAD}/prog ${FOLIO_STAMMPFAD}/help
         DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio)
 install(DIRECTORY ${FOLIO_DATENPFAD}/ DESTINATION ${FOLIO_INSTALL_DIR}/Daten)
 install(CODE "

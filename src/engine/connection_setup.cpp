@@ -5,6 +5,7 @@
 #include "engine/jet_like.h"
 
 #include <unicode/ucol.h>
+#include <unicode/uiter.h>
 
 #include <cstring>
 #include <memory>
@@ -141,6 +142,27 @@ int compareNoCase(std::string_view a, std::string_view b) {
     static Collator collator = openCollator();
     return compareWith(collator.get(), static_cast<int>(a.size()), a.data(),
                        static_cast<int>(b.size()), b.data());
+}
+
+void sortierschluessel(std::string_view text, std::string& schluessel) {
+    static Collator collator = openCollator();
+    schluessel.clear();
+    UCharIterator it;
+    uiter_setUTF8(&it, text.data(), static_cast<std::int32_t>(text.size()));
+    std::uint32_t zustand[2] = {0, 0};
+    std::uint8_t teil[64];
+    for (;;) {
+        UErrorCode status = U_ZERO_ERROR;
+        const std::int32_t n = ucol_nextSortKeyPart(
+            collator.get(), &it, zustand, teil, static_cast<std::int32_t>(sizeof teil), &status);
+        if (U_FAILURE(status)) { // malformed text: the bytes themselves
+            schluessel.assign(text);
+            return;
+        }
+        schluessel.append(reinterpret_cast<const char*>(teil), static_cast<std::size_t>(n));
+        if (n < static_cast<std::int32_t>(sizeof teil))
+            return;
+    }
 }
 
 } // namespace folio

@@ -20,5 +20,8 @@ void wartezeit_setzen(std::chrono::milliseconds hoechstens,
                       std::function<void(const std::string& datei)> ansage = nullptr);
 // Compares two texts as the connection's NOCASE does: <0, 0, >0.
 int compareNoCase(std::string_view a, std::string_view b);
+// The key under which `text` sorts as the connection's NOCASE sorts it: two keys compared
+// byte by byte order their texts as compareNoCase does. Meant for sorting many texts at once.
+void sortierschluessel(std::string_view text, std::string& schluessel);
 
 } // namespace folio

@@ -111,8 +111,9 @@ double dateLiteralValue(std::string_view inside) {
     const std::string text(trimWhitespace(inside));
     int a = 0, b = 0, c = 0, h = 0, m = 0, s = 0;
     char sep1 = 0, sep2 = 0;
-    int consumed = 0;
-    if (std::sscanf(text.c_str(), "%d%c%d%c%d%n", &a, &sep1, &b, &sep2, &c, &consumed) != 5 ||
+    int thirdStart = 0, consumed = 0;
+    if (std::sscanf(text.c_str(), "%d%c%d%c%n%d%n", &a, &sep1, &b, &sep2, &thirdStart, &c,
+                    &consumed) != 5 ||
         sep1 != sep2 || (sep1 != '-' && sep1 != '/'))
         throw DatabaseError(err::SyntaxError, "Syntax error in date: #" + text + "#");
     std::string_view rest = trimWhitespace(std::string_view(text).substr(consumed));
@@ -123,7 +124,13 @@ double dateLiteralValue(std::string_view inside) {
             throw DatabaseError(err::SyntaxError, "Syntax error in date: #" + text + "#");
     }
     const bool isoOrder = a > 31; // yyyy-m-d
-    const int year = isoOrder ? a : c;
+    int year = isoOrder ? a : c;
+    // A year of one or two digits is read as the dialect reads it: 00-29 in this century,
+    // 30-99 in the last one ("#3-15-50#" is 1950).
+    const std::string_view written = std::string_view(text).substr(
+        static_cast<std::size_t>(thirdStart), static_cast<std::size_t>(consumed - thirdStart));
+    if (!isoOrder && trimWhitespace(written).size() <= 2 && year >= 0)
+        year += year < 30 ? 2000 : 1900;
     const int month = isoOrder ? b : a;
     const int day = isoOrder ? c : b;
     if (month < 1 || month > 12 || day < 1 || day > 31 || h > 23 || m > 59 || s > 59)

@@ -35,7 +35,8 @@ std::vector<Token> tokenize(std::string_view sql);
 std::string translate(std::string_view sql);
 
 // The date number (days since 1899-12-30) of the inside of a date literal: "m-d-yyyy",
-// "m/d/yyyy" or "yyyy-m-d", each optionally followed by a time "h:mm[:ss]". Throws
+// "m/d/yyyy" or "yyyy-m-d", each optionally followed by a time "h:mm[:ss]"; a year of one
+// or two digits ("m-d-yy") is 2000-2029 for 00-29 and 1930-1999 for 30-99. Throws
 // folio::DatabaseError when the text is no date.
 double dateLiteralValue(std::string_view inside);
 

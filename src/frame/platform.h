@@ -48,6 +48,8 @@ public:
     virtual int screenHeight() const { return 1080 * 15; }
     // Puts a window on top of all (position -1), releases it (-2) or leaves it (0).
     virtual bool setWindowPos(Form& /*form*/, int /*position*/, int /*flags*/) { return true; }
+    // Shows a document (a help page) in the application that the user has for it.
+    virtual void oeffnen(const std::string& /*datei*/) {}
 };
 
 // The platform in use; a scripted one until another is installed.
@@ -75,6 +77,8 @@ public:
             onEvents();
     }
     void sleep(int milliseconds) override { sleptMilliseconds += milliseconds; }
+    std::vector<std::string> geoeffnet;
+    void oeffnen(const std::string& datei) override { geoeffnet.push_back(datei); }
 };
 
 } // namespace folio

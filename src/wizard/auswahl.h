@@ -4,6 +4,7 @@
 #pragma once
 
 #include "frame/form.h"
+#include "wizard/datengrid.h"
 
 #include <functional>
 #include <string>
@@ -53,20 +54,28 @@ public:
     bool gewaehlt(Control& option) { return option.get("Value").toBool(); }
 
     // State shared by the pages.
+    // The form's own settings, Datenpfad + "/INI/Folioexport.ini", and the folder of the help
+    // pages in the user's language.
+    std::string folioexport_ini;
+    std::string hilfedatei;
+    // An export is under way: the controls that it reads are disabled, Cancel asks first.
+    bool export_laeuft = false;
     std::string grid_sql[2];
     // The modifier table of geddate.ini: the text written into a DATE line, and the
     // qualifier of the database that it translates.
     std::vector<std::pair<std::string, std::string>> gedcom_zusaetze;
+    // The filter texts of each grid as last applied, made anew with each load of the grid.
+    std::vector<std::string> filter_merker[2];
     bool verknuepfungen_aktuell = false;
     bool hat_ereignisse = false, hat_orte = false, hat_notizen = false, hat_dokumente = false,
          hat_bilder = false, hat_adressen = false;
 
-    // What the grids do for the logic of the pages; a view installs them. Without a view,
-    // the models of the controls change and nothing else happens.
-    std::function<void()> personengrid_auffrischen;
-    std::function<void(const std::string& key)> grid2_aufbauen;
+    // The rows of Datengrid(0), the persons, and Datengrid(1), the linked records.
+    folio::Datengrid& grid(int i) { return i == 0 ? personen_ : verknuepfte_; }
 
 private:
+    folio::Datengrid personen_{0};
+    folio::Datengrid verknuepfte_{1};
     Control* zeichensatz_[2] = {};
     Control* datenschutzcheck_[4] = {};
     Control* nur_auf_55_ = nullptr;
@@ -74,7 +83,10 @@ private:
     Control* fortschritt_ = nullptr;
 };
 
-// The one wizard form of the program.
+// The one wizard form of the program, made at its first use.
 AuswahlForm& Auswahl();
+// Forgets the form with all its state, so that the next use makes it anew, at its design
+// values: a form is loaded once per life.
+void Auswahl_verwerfen();
 
 } // namespace folio

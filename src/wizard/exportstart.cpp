@@ -34,10 +34,19 @@ public:
         sperren(form.nur_auf_55());
         sperren(form.Chancheck());
         sperren(form.Anmerkung());
+        sperren(form.Verzeichnis(1));
+        sperren(form.Verzeichnis(2));
+        sperren(form.control("Exportstarten"));
+        wizard_ = &form.sevWizard();
+        finish_ = wizard_->get("FinishEnabled");
+        wizard_->set("FinishEnabled", Value(false));
+        wizard_->set("Busy", Value(true));
     }
     ~OptionenGesperrt() {
         for (const auto& [control, enabled] : vorher_)
             control->set("Enabled", enabled);
+        wizard_->set("FinishEnabled", finish_);
+        wizard_->set("Busy", Value(false));
     }
     OptionenGesperrt(const OptionenGesperrt&) = delete;
     OptionenGesperrt& operator=(const OptionenGesperrt&) = delete;
@@ -49,6 +58,9 @@ private:
         c.set("Enabled", Value(false));
     }
     std::vector<std::pair<Control*, Value>> vorher_;
+    // The wizard frame: Finish is off and the pages stay while the run is busy.
+    Control* wizard_ = nullptr;
+    Value finish_;
 };
 
 } // namespace
@@ -99,12 +111,24 @@ ExportErgebnis Exportstarten() {
 
     ini_schreiben(programm_ini(), "GEDCOM", "Pfad", ordner);
     ini_schreiben(programm_ini(), "GEDCOM", "Datei", name);
-    return export_ausfuehren(ziel);
+    try {
+        return export_ausfuehren(ziel);
+    } catch (const Abbruch&) {
+        // The user stopped the run with Cancel: the old file is there as it was.
+        abbruch_zuruecksetzen();
+        meldung(sprachtext(ExportFehlgeschlagen), StilInfo, Produktname);
+        return ExportErgebnis::Abgebrochen;
+    }
 }
 
 ExportErgebnis export_ausfuehren(const std::string& ziel) {
     AuswahlForm& form = Auswahl();
     OptionenGesperrt gesperrt(form);
+    form.export_laeuft = true;
+    struct Ende {
+        AuswahlForm& form;
+        ~Ende() { form.export_laeuft = false; }
+    } ende{form};
     Formularanzeige anzeige(form);
     anzeige.text("", false);
     anzeige.wert(0);

@@ -1,9 +1,13 @@
-// The person grid, Datengrid(0), as far as the selection needs it without a window: a tick
-// set or cleared in its column Markierung.
+// What the grids do when the user works in them: the permission to edit a cell, a tick set
+// or cleared in the column Markierung and what it brings along, the permission to sort, the
+// switches of the persons' tool bar, and the reference column that the grid asks for.
 #pragma once
 
 #include "engine/record_id.h"
+#include "engine/value.h"
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace folio {
@@ -34,5 +38,31 @@ void markieren_befehl(int coolbar, std::string_view key);
 // What the grid does, while "Lebend" is pressed, as soon as it shows a living person: every
 // living person loses the mark.
 void lebende_abwaehlen();
+
+// The edit permission of a cell of the grid `grid` at the row (from 1) and column key: only
+// the tick, and in the person grid not that of a living person while "Lebend" is pressed.
+bool bearbeiten_erlaubt(int grid, std::int64_t row, std::string_view key);
+
+// The end of an edit in the grid `grid`: for the person grid, Next by whether any person is
+// marked.
+void bearbeitung_beendet(int grid);
+
+// The user changes a cell as the grid lets them: the permission, the write of the value, the
+// end of the edit and the cell changed event. False where the edit was refused.
+bool zelle_aendern(int grid, std::int64_t row, std::string_view key, const Value& wert);
+
+// The sort event: whether the grid may sort by `sortierung` (as SortOrder gives it). The person
+// grid refuses the columns that show a name for a number, with a message that the user can
+// switch off.
+bool sortieren_erlaubt(int grid, const std::string& sortierung);
+
+// A click on a switch of the persons' tool bar, with its new state.
+void schalter_geklickt(std::string_view key, bool an);
+
+// The reference column that the grid `grid` asks for, and its width in pixels: the column by
+// which it is sorted (the date behind a sort key), else the start column. False where the
+// grid gets no answer.
+bool referenzspalte(int grid, int spalte, int& ergebnis, int& breite);
+int sortierspalte_ermitteln(int grid, int startspalte, int& breite);
 
 } // namespace folio

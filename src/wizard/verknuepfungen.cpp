@@ -5,6 +5,7 @@
 #include "frame/sprache.h"
 #include "selection/verknuepfungen_markieren.h"
 #include "wizard/auswahl.h"
+#include "wizard/grid_aufbau.h"
 
 #include <utility>
 
@@ -45,8 +46,7 @@ void abschliessen(AuswahlForm& form, const Huelle& h) {
     }
     // The events are shown, whether there are any or not.
     form.knopf(1, "Ereignisse").set("Value", Value(1));
-    if (form.grid2_aufbauen)
-        form.grid2_aufbauen("Ereignisse");
+    grid2_aufbauen("Ereignisse");
     form.set("MousePointer", Value(MausNormal));
     form.Datengrid(1).set("Visible", Value(true));
     if (h.partner_fehlt)

@@ -42,6 +42,15 @@ TEST(JetSql, DateLiterals) {
               "SELECT * FROM t WHERE d = 2.5");
     EXPECT_EQ(translate("SELECT * FROM t WHERE d = #2000-02-29#"),
               "SELECT * FROM t WHERE d = 36585");
+    // Years of one or two digits: 00-29 in this century, 30-99 in the last; four digits
+    // stand as written.
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-00#"), "SELECT * FROM t WHERE d = 36526");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #12-31-29#"), "SELECT * FROM t WHERE d = 47483");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-30#"), "SELECT * FROM t WHERE d = 10959");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d > #2-29-96# AND d < #1-1-5#"),
+              "SELECT * FROM t WHERE d > 35124 AND d < 38353");
+    EXPECT_EQ(translate("SELECT * FROM t WHERE d = #1-1-0030#"),
+              "SELECT * FROM t WHERE d = -683001");
     EXPECT_THROW(translate("SELECT * FROM t WHERE d = #13-1-2000#"), folio::DatabaseError);
     EXPECT_THROW(translate("SELECT * FROM t WHERE d = #hello#"), folio::DatabaseError);
     EXPECT_THROW(translate("SELECT * FROM t WHERE d = #1-1-2000"), folio::DatabaseError);

@@ -41,7 +41,7 @@ TEST_F(Marks, ToolbarCommandsAndTheNextButton) {
     markierungen_sichern();
     AuswahlForm& form = Auswahl();
     int auffrischungen = 0;
-    form.personengrid_auffrischen = [&] { ++auffrischungen; };
+    form.grid(0).geaendert = [&] { ++auffrischungen; };
 
     form.verknuepfungen_aktuell = true;
     markieren_befehl(0, "Abwählen");
@@ -68,5 +68,5 @@ TEST_F(Marks, ToolbarCommandsAndTheNextButton) {
     markieren_befehl(1, "Abwählen");
     EXPECT_EQ(markiert("Daten").size(), 4u);
     EXPECT_TRUE(form.verknuepfungen_aktuell);
-    form.personengrid_auffrischen = nullptr;
+    form.grid(0).geaendert = nullptr;
 }
