@@ -7,6 +7,7 @@
 #include "frame/sprache.h"
 #include "generate_tree.h"
 
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -39,6 +40,13 @@ inline std::string baum(long long persons) {
         generator::generateTree({persons, 42, Datenpfad + "/Ereignis.mdb"}, tree);
     }
     return tree;
+}
+
+// The wall time of `f` in seconds.
+inline double sekunden(const std::function<void()>& f) {
+    const auto start = std::chrono::steady_clock::now();
+    f();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 inline long spitzenspeicher_kb() {

@@ -9,20 +9,14 @@
 #include "wizard/filter.h"
 #include "wizard/grid_aufbau.h"
 
-#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <string>
 
 using namespace folio;
+using bench::sekunden;
 
 namespace {
-
-double sekunden(const std::function<void()>& f) {
-    const auto start = std::chrono::steady_clock::now();
-    f();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 // The rows that a window of the screen shows, read as the view reads them.
 void fenster(Datengrid& grid, std::int64_t erste) {

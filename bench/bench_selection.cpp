@@ -10,21 +10,15 @@
 #include "wizard/personengrid.h"
 #include "wizard/verknuepfungen.h"
 
-#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
 
 using namespace folio;
+using bench::sekunden;
 
 namespace {
-
-double sekunden(const std::function<void()>& f) {
-    const auto start = std::chrono::steady_clock::now();
-    f();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 long long markierte(const char* tabelle) {
     return DB

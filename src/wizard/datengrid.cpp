@@ -1,15 +1,13 @@
 #include "wizard/datengrid.h"
 
-#include "engine/connection_setup.h"
 #include "engine/engine.h"
 #include "engine/errors.h"
 #include "engine/field_type.h"
 #include "engine/jet_sql.h"
 #include "engine/text_util.h"
+#include "wizard/rangfolge.h"
 
 #include <algorithm>
-#include <numeric>
-#include <unordered_map>
 
 namespace folio {
 
@@ -101,85 +99,6 @@ std::vector<std::string> geschriebene_namen(std::string_view auswahl) {
     }
     return namen;
 }
-
-// The order of rows by the values of one column. Each distinct value gets a rank (texts that
-// the collation holds equal share one, empty values rank first); the rows are then counted
-// into their ranks, so that rows of equal rank keep the order in which they came. A column
-// has far fewer distinct values than rows, as a rule, so the collation runs on few texts.
-class Rangfolge {
-public:
-    explicit Rangfolge(bool text) : text_(text) {}
-
-    // The value of the next row: column `spalte` of the row on which `s` stands.
-    void hinzufuegen(const sqlite::Statement& s, int spalte) {
-        if (s.type(spalte) == SQLITE_NULL) {
-            wert_.push_back(0);
-        } else if (text_) {
-            const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(s.get(), spalte));
-            const std::string_view t(
-                p, static_cast<std::size_t>(sqlite3_column_bytes(s.get(), spalte)));
-            const auto [it, neu] = texte_.try_emplace(std::string(t), texte_.size() + 1);
-            wert_.push_back(it->second);
-        } else {
-            const auto [it, neu] = zahlen_.try_emplace(s.real(spalte), zahlen_.size() + 1);
-            wert_.push_back(it->second);
-        }
-    }
-
-    // The rows' positions (from 0) in sorted order.
-    std::vector<std::uint32_t> folge(bool absteigend) const {
-        const std::vector<std::uint32_t> rang = raenge();
-        const std::uint32_t hoechster =
-            rang.empty() ? 0 : *std::max_element(rang.begin(), rang.end());
-        std::vector<std::uint32_t> anfang(static_cast<std::size_t>(hoechster) + 2, 0);
-        auto platz = [&](std::uint32_t wert) {
-            return absteigend ? hoechster - rang[wert] : rang[wert];
-        };
-        for (std::uint32_t w : wert_)
-            ++anfang[platz(w) + 1];
-        for (std::size_t i = 1; i < anfang.size(); ++i)
-            anfang[i] += anfang[i - 1];
-        std::vector<std::uint32_t> folge(wert_.size());
-        for (std::size_t zeile = 0; zeile < wert_.size(); ++zeile)
-            folge[anfang[platz(wert_[zeile])]++] = static_cast<std::uint32_t>(zeile);
-        return folge;
-    }
-
-private:
-    // The rank of each distinct value (index 0: the empty value, rank 0).
-    std::vector<std::uint32_t> raenge() const {
-        const std::size_t anzahl = (text_ ? texte_.size() : zahlen_.size()) + 1;
-        std::vector<std::uint32_t> werte(anzahl - 1);
-        std::iota(werte.begin(), werte.end(), 1u);
-        std::vector<std::uint32_t> rang(anzahl, 0);
-        if (text_) {
-            std::vector<std::string> schluessel(anzahl);
-            for (const auto& [t, w] : texte_)
-                sortierschluessel(t, schluessel[w]);
-            std::sort(werte.begin(), werte.end(), [&](std::uint32_t a, std::uint32_t b) {
-                return schluessel[a] < schluessel[b];
-            });
-            for (std::size_t i = 0; i < werte.size(); ++i)
-                rang[werte[i]] = i > 0 && schluessel[werte[i]] == schluessel[werte[i - 1]]
-                                     ? rang[werte[i - 1]]
-                                     : static_cast<std::uint32_t>(i) + 1;
-        } else {
-            std::vector<double> zahl(anzahl);
-            for (const auto& [z, w] : zahlen_)
-                zahl[w] = z;
-            std::sort(werte.begin(), werte.end(),
-                      [&](std::uint32_t a, std::uint32_t b) { return zahl[a] < zahl[b]; });
-            for (std::size_t i = 0; i < werte.size(); ++i)
-                rang[werte[i]] = static_cast<std::uint32_t>(i) + 1;
-        }
-        return rang;
-    }
-
-    bool text_;
-    std::vector<std::uint32_t> wert_; // per row: the number of its distinct value, 0 empty
-    std::unordered_map<std::string, std::uint32_t> texte_;
-    std::unordered_map<double, std::uint32_t> zahlen_;
-};
 
 } // namespace
 

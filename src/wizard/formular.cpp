@@ -123,7 +123,7 @@ void Form_Load(StartForm& start) {
     fortschritt(start, 90);
 
     icons16_laden();
-    // Without the catalogue the event kinds show no picture; the wizard works on.
+    // Without a catalogue the event kinds show no picture; the wizard works on.
     fehler_ignorieren([] { ereignisgrafiken_laden(); });
 
     const std::string links = form.get("Left").text();
@@ -164,7 +164,7 @@ void verzeichnis_geaendert(int index) {
 
 void hilfe_geklickt() {
     fehler_ignorieren(
-        [] { platform().oeffnen(pfad_verbinden(Auswahl().hilfedatei, "Programm.htm")); });
+        [] { platform().oeffnen(pfad_verbinden(Auswahl().hilfedatei, Hilfe_Uebersicht)); });
 }
 
 void beenden_geklickt() {

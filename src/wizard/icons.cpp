@@ -3,6 +3,7 @@
 #include "database/tabellen.h"
 #include "engine/errors.h"
 #include "frame/globals.h"
+#include "frame/sprache.h"
 
 #include <array>
 #include <filesystem>
@@ -18,10 +19,12 @@ bool datei_da(const std::string& pfad) {
     return std::filesystem::is_regular_file(pfad, fehler);
 }
 
-// The catalogue of the event kinds in the current language, by number.
+// The catalogue of the event kinds in the current language, by number. Before a family tree
+// is open, the catalogue of the data folder is opened, where the tree's side databases lie.
 std::unique_ptr<dao::Recordset> katalog_oeffnen() {
     if (!DB_Ereignis || !DB_Ereignis->isOpen())
-        throw Error(err::ObjectVariableNotSet, "the event catalogue isn't open");
+        DB_Ereignis =
+            dao::engine().workspace(0).OpenDatabase(pfad_verbinden(Datenpfad, "Ereignis.mdb"));
     return DB_Ereignis->OpenRecordset("SELECT * FROM " + Sprache + " ORDER BY Index");
 }
 
@@ -153,8 +156,7 @@ std::string hilfethema(int seite) {
 }
 
 std::string hilfeseite(std::string_view thema) {
-    const std::string sprache = Sprache == "Deutsch" ? "de" : "en";
-    return pfad_verbinden(Stammpfad, "help/" + sprache + "/" + std::string(thema));
+    return pfad_verbinden(Stammpfad + sprachtext("567"), std::string(thema));
 }
 
 } // namespace folio

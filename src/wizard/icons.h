@@ -94,8 +94,8 @@ std::vector<Bild> dokumentbilder();
 inline constexpr const char* Hilfe_Uebersicht = "Programm.htm";
 // The topic of the wizard's page 1 to 5; the overview for any other number.
 std::string hilfethema(int seite);
-// The path of a help page in the current language: German where Sprache is "Deutsch",
-// English otherwise.
+// The path of a help page in the user's language: the folder that the language texts name
+// for the help (key 567) under the host's folder.
 std::string hilfeseite(std::string_view thema);
 
 } // namespace folio

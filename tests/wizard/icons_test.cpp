@@ -3,6 +3,7 @@
 #include "database/tabellen.h"
 #include "engine/errors.h"
 #include "frame/globals.h"
+#include "frame/sprache.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -98,18 +99,29 @@ TEST_F(wizard_icons, EventPictureOfTheDataFolderWinsOverTheHostsAndTheUnknownSta
     EXPECT_EQ(Icons16().datei("1.ICO"), Stammpfad + "/bmp/Ereignisse/1.ICO");
 }
 
-TEST_F(wizard_icons, UnreadableCatalogueIsOpenedOnceMoreFromTheHostsFolder) {
-    // No catalogue open and none in the host's folder: the second failure goes up.
+TEST_F(wizard_icons, CatalogueOfTheDataFolderElseOnceMoreTheHostsCopy) {
+    // Before a tree is open, the catalogue of the data folder serves.
     DB_Ereignis.reset();
+    ereignisgrafiken_laden();
+    ASSERT_TRUE(DB_Ereignis);
+    EXPECT_EQ(DB_Ereignis->Name(), Datenpfad + "/Ereignis.mdb");
+    const std::size_t arten = kinds(*DB_Ereignis, Sprache).size();
+    EXPECT_EQ(Icons16().Count(), arten);
+
+    // A catalogue without the table of the language, and none in the host's folder: the
+    // second failure goes up.
+    Icons16().Clear();
+    DB_Ereignis->Execute("DROP TABLE Deutsch");
     EXPECT_THROW(ereignisgrafiken_laden(), Error);
     EXPECT_EQ(Icons16().Count(), 0u);
 
     // With the host's copy the pictures load, and DB_Ereignis stays open on it.
-    fs::copy_file(Datenpfad + "/Ereignis.mdb", Stammpfad + "/Ereignis.mdb");
+    fs::copy_file(stage() + "/Daten/Ereignis.mdb", Stammpfad + "/Ereignis.mdb");
+    DB_Ereignis = dao::OpenDatabase(Datenpfad + "/Ereignis.mdb");
     ereignisgrafiken_laden();
     ASSERT_TRUE(DB_Ereignis);
     EXPECT_EQ(DB_Ereignis->Name(), Stammpfad + "/Ereignis.mdb");
-    EXPECT_EQ(Icons16().Count(), kinds(*DB_Ereignis, Sprache).size());
+    EXPECT_EQ(Icons16().Count(), arten);
 }
 
 TEST_F(wizard_icons, EventGridTakesFilterImageAndTheKindsInCatalogueOrder) {
@@ -214,6 +226,7 @@ TEST_F(wizard_icons, StagedPicturesAreWellFormedAndCoverEveryKind) {
 // leads to a file.
 TEST_F(wizard_icons, HelpOfBothLanguagesHasEveryPageAndItsLinksResolve) {
     Stammpfad = staged_host();
+    sprache_oeffnen(stage() + "/Daten/language.mdb");
     std::set<std::string> themen = {Hilfe_Uebersicht};
     for (int seite = 1; seite <= 5; ++seite)
         themen.insert(hilfethema(seite));
@@ -237,6 +250,7 @@ TEST_F(wizard_icons, HelpOfBothLanguagesHasEveryPageAndItsLinksResolve) {
     EXPECT_EQ(hilfeseite("Programm.htm"), staged_host() + "/help/de/Programm.htm");
     Sprache = "English";
     EXPECT_EQ(hilfeseite("Programm.htm"), staged_host() + "/help/en/Programm.htm");
+    sprache_schliessen();
 }
 
 } // namespace
