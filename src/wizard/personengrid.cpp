@@ -9,6 +9,7 @@
 #include "frame/sprache.h"
 #include "selection/verwandte.h"
 #include "wizard/auswahl.h"
+#include "wizard/grid_aufbau.h"
 #include "wizard/seiten.h"
 #include "wizard/zeile_vorbereiten.h"
 
@@ -122,6 +123,13 @@ void schalter_geklickt(std::string_view key, bool an) {
             meldung(sprachtext("1659"), 65, Produktname) == AntwortOk)
             form.knopf(0, "Ehepartner").set("Value", Value(1));
     }
+}
+
+void tabellenknopf_geklickt(const std::string& key) {
+    AuswahlForm& form = Auswahl();
+    for (PropertyBag& knopf : form.control("Coolbar_Datengrid", 1).items("Buttons"))
+        knopf.set("Value", Value(knopf.text("Key") == key ? 1 : 0));
+    grid2_aufbauen(key);
 }
 
 bool referenzspalte(int grid, int spalte, int& ergebnis, int& breite) {

@@ -59,6 +59,10 @@ bool sortieren_erlaubt(int grid, const std::string& sortierung);
 // A click on a switch of the persons' tool bar, with its new state.
 void schalter_geklickt(std::string_view key, bool an);
 
+// A click on a button of the tool bar of the linked records: that button is the one pressed,
+// and the grid shows its table anew, without filters, also where it was pressed already.
+void tabellenknopf_geklickt(const std::string& key);
+
 // The reference column that the grid `grid` asks for, and its width in pixels: the column by
 // which it is sorted (the date behind a sort key), else the start column. False where the
 // grid gets no answer.

@@ -170,6 +170,15 @@ TEST_F(Grids, TheLinkedRecordsAndTheColumnSettings) {
         DB->OpenRecordset("SELECT count(*) FROM Ereignis WHERE Markierung = True")->get(0).toInt(),
         marked - 1);
 
+    // A filter is dropped when the table is chosen again, the same one too.
+    g.Columns("Listentext").Filter = "x";
+    tabellenknopf_geklickt("Ereignisse");
+    EXPECT_EQ(g.Columns("Listentext").Filter, "");
+    EXPECT_EQ(Auswahl().knopf(1, "Ereignisse").get("Value").toInt(), 1);
+    tabellenknopf_geklickt("Orte");
+    EXPECT_EQ(Auswahl().knopf(1, "Ereignisse").get("Value").toInt(), 0);
+    EXPECT_EQ(g.Formularname, "Orteform");
+
     // Settings of the user win over the defaults, but a column that must stay hidden does.
     ini_schreiben(spalten_ini(), "Stammfolio/Orteform/Datengrid0_Cols", "Name", "2500,1,1");
     ini_schreiben(spalten_ini(), "Stammfolio/Orteform/Datengrid0_Cols", "Oberort", "900,2,1");
