@@ -6,6 +6,9 @@
 #   lib/folioexport/Stammfolio/Folioexport/  the programs and geddate.ini
 #   lib/folioexport/Daten/                   the data a user's data folder starts from
 #   bin/folioexport-cli                      a link to the program
+#   bin/folioexport                          a link to the desktop program, when it is built
+#   share/applications, share/metainfo       its desktop entry and AppStream metainfo
+#   share/icons/hicolor/<N>x<N>/apps         the application icon, drawn at build time
 #
 # The staged datenpfad.ini, which points the build's programs at the staged data, is left
 # out: an installed program keeps its data in the user's documents (…/Stammfolio), made
@@ -29,6 +32,29 @@ install(CODE "
     message(STATUS \"Installing: \${bin}/folioexport-cli (link)\")
 ")
 
+# The desktop program and its link, once app/ builds it; the desktop entry, the metainfo and
+# the icon always, so that the menu entry is ready when it does.
+if(TARGET folioexport)
+    install(TARGETS folioexport DESTINATION ${FOLIO_INSTALL_DIR}/Stammfolio/Folioexport)
+    install(CODE "
+        set(bin \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
+        file(MAKE_DIRECTORY \"\${bin}\")
+        file(CREATE_LINK ../${FOLIO_INSTALL_DIR}/Stammfolio/Folioexport/folioexport
+             \"\${bin}/folioexport\" SYMBOLIC)
+        message(STATUS \"Installing: \${bin}/folioexport (link)\")
+    ")
+endif()
+install(FILES ${PROJECT_SOURCE_DIR}/data/desktop/folioexport.desktop
+        DESTINATION share/applications)
+install(FILES ${PROJECT_SOURCE_DIR}/data/desktop/org.example.folioexport.metainfo.xml
+        DESTINATION share/metainfo)
+get_target_property(FOLIO_ICON_THEME folio_desktop FOLIO_ICON_THEME)
+get_target_property(FOLIO_ICON_SIZES folio_desktop FOLIO_ICON_SIZES)
+foreach(size IN LISTS FOLIO_ICON_SIZES)
+    install(FILES ${FOLIO_ICON_THEME}/${size}x${size}/apps/folioexport.png
+            DESTINATION share/icons/hicolor/${size}x${size}/apps)
+endforeach()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME folioexport)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -36,12 +62,20 @@ set(CPACK_PACKAGE_CONTACT "Folioexport <folioexport@example.org>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "GEDCOM 5.5 export of Stammfolio family trees")
 string(CONCAT CPACK_PACKAGE_DESCRIPTION
     "Writes a chosen part of a Stammfolio family tree to a GEDCOM 5.5 file, in UTF-8 or Ansi, "
-    "from the command line (folioexport-cli). Opens family-tree files of every older version "
+    "with a desktop wizard (folioexport, a Qt program in the desktop's menu) or from the "
+    "command line (folioexport-cli). Opens family-tree files of every older version "
     "and upgrades them in place.")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION misc)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+# The libraries the programs link come from dpkg-shlibdeps. Qt's platform plugins are loaded,
+# not linked, but on Debian 12 the xcb and offscreen plugins ship in libqt6gui6, which the
+# desktop program links (qt6-qpa-plugins holds only vnc). The Wayland plugin is recommended
+# for a native window in a Wayland session; without it Qt falls back to xcb.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+if(TARGET folioexport)
+    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt6-wayland)
+endif()
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
 include(CPack)

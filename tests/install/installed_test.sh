@@ -20,6 +20,19 @@ export LANG=C.UTF-8
 cli=$root/install/usr/bin/folioexport-cli
 test -L "$cli"
 
+# The desktop's menu finds the program by its entry, metainfo and icon; the entry's program
+# is reachable from bin/ when it was built.
+share=$root/install/usr/share
+desktop-file-validate "$share/applications/folioexport.desktop"
+tree=$(appstreamcli validate-tree --no-net "$root/install/usr" 2>&1) || { echo "$tree"; exit 1; }
+for n in 16 32 48 64 128 256; do
+    test -s "$share/icons/hicolor/${n}x$n/apps/folioexport.png"
+done
+if [ -e "$root/install/usr/lib/folioexport/Stammfolio/Folioexport/folioexport" ]; then
+    test -L "$root/install/usr/bin/folioexport"
+    test -x "$(readlink -f "$root/install/usr/bin/folioexport")"
+fi
+
 "$cli" --version | grep -q "Datenpfad:    $HOME/Documents/Stammfolio"
 test -f "$HOME/Documents/Stammfolio/language.mdb"
 "$cli" export "$HOME/Documents/Stammfolio/Beispiel.SF6" -o "$root/Hollerbach.ged" --all \

@@ -4,6 +4,7 @@
 #include "engine/abbruch.h"
 #include "frame/meldung.h"
 #include "selection/markierungen.h"
+#include "support/gedcom_vergleich.h"
 #include "support/wizard_fixture.h"
 #include "wizard/dateiwahl.h"
 #include "wizard/exportstart.h"
@@ -47,29 +48,6 @@ std::int64_t zeile_von(int person) {
         if (g.Text("Counter", r) == std::to_string(person))
             return r;
     return 0;
-}
-
-// A file without the lines that tell when it was written.
-std::string ohne_zeitpunkt(const std::string& pfad) {
-    std::ifstream in(pfad, std::ios::binary);
-    std::string zeile, rest;
-    while (std::getline(in, zeile))
-        if (zeile.rfind("1 DATE ", 0) != 0 && zeile.rfind("2 TIME ", 0) != 0)
-            rest += zeile + "\n";
-    return rest;
-}
-
-// The first line in which two texts differ, with its number, for a failure's message.
-std::string erste_abweichung(const std::string& a, const std::string& b) {
-    std::istringstream ia(a), ib(b);
-    std::string za, zb;
-    for (int n = 1;; ++n) {
-        const bool ea = !std::getline(ia, za), eb = !std::getline(ib, zb);
-        if (ea && eb)
-            return "";
-        if (ea || eb || za != zb)
-            return "line " + std::to_string(n) + ": \"" + za + "\" / \"" + zb + "\"";
-    }
 }
 
 using Wizard = WizardFixture;

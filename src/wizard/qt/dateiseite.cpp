@@ -1,0 +1,152 @@
+#include "wizard/qt/dateiseite.h"
+
+#include "wizard/auswahl.h"
+#include "wizard/dateiwahl.h"
+#include "wizard/formular.h"
+
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace folio::qt {
+
+namespace {
+
+constexpr int TwipsProPixel = 15;
+
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
+
+} // namespace
+
+QTreeWidget* zweispaltige_liste(QWidget* eltern) {
+    auto* liste = new QTreeWidget(eltern);
+    liste->setColumnCount(2);
+    liste->setHeaderHidden(true);
+    liste->setRootIsDecorated(false);
+    liste->setSelectionMode(QAbstractItemView::NoSelection);
+    liste->header()->setStretchLastSection(true);
+    return liste;
+}
+
+void liste_zeigen(QTreeWidget* liste, Control& dbgrid) {
+    auto& spalten = dbgrid.items("Columns");
+    for (std::size_t i = 0; i < spalten.size() && i < 2; ++i)
+        liste->setColumnWidth(static_cast<int>(i),
+                              static_cast<int>(spalten[i].get("Width").toInt()) / TwipsProPixel);
+    auto& zeilen = dbgrid.items("Rows");
+    liste->clear();
+    for (PropertyBag& z : zeilen) {
+        auto* eintrag = new QTreeWidgetItem(liste, {q(z.text("Info")), q(z.text("Status"))});
+        const char* fett[] = {"InfoBold", "StatusBold"};
+        for (int spalte = 0; spalte < 2; ++spalte)
+            if (z.has(fett[spalte]) && z.get(fett[spalte]).toBool()) {
+                QFont f = eintrag->font(spalte);
+                f.setBold(true);
+                eintrag->setFont(spalte, f);
+            }
+        if (z.has("StatusColor")) {
+            const long farbe = static_cast<long>(z.get("StatusColor").toInt());
+            eintrag->setForeground(1, QColor(static_cast<int>(farbe & 0xFF),
+                                             static_cast<int>((farbe >> 8) & 0xFF),
+                                             static_cast<int>((farbe >> 16) & 0xFF)));
+        }
+    }
+}
+
+Dateiseite::Dateiseite(Ausfuehren ausfuehren, QWidget* parent)
+    : QWidget(parent), ausfuehren_(std::move(ausfuehren)) {
+    auto* spalte = new QVBoxLayout(this);
+    ueberschrift_ = new QLabel(this);
+    ueberschrift_->setAlignment(Qt::AlignCenter);
+    QFont f("Arial");
+    f.setBold(true);
+    f.setPointSizeF(ueberschrift_->font().pointSizeF() * 1.3);
+    ueberschrift_->setFont(f);
+    spalte->addWidget(ueberschrift_);
+
+    auto* raster = new QGridLayout;
+    ordner_titel_ = new QLabel(this);
+    ordner_ = new QLineEdit(this);
+    ordner_knopf_ = new QToolButton(this);
+    ordner_knopf_->setText(QStringLiteral("…"));
+    raster->addWidget(ordner_titel_, 0, 0);
+    raster->addWidget(ordner_, 0, 1);
+    raster->addWidget(ordner_knopf_, 0, 2);
+    spalte->addLayout(raster);
+
+    auto* unten = new QHBoxLayout;
+    dateien_ = new QListWidget(this);
+    unten->addWidget(dateien_, 2);
+    auto* rechts = new QVBoxLayout;
+    info_titel_ = new QLabel(this);
+    QFont fett = info_titel_->font();
+    fett.setBold(true);
+    info_titel_->setFont(fett);
+    info_titel_->setAutoFillBackground(true);
+    info_titel_->setBackgroundRole(QPalette::Mid);
+    info_ = zweispaltige_liste(this);
+    rechts->addWidget(info_titel_);
+    rechts->addWidget(info_, 1);
+    unten->addLayout(rechts, 3);
+    spalte->addLayout(unten, 1);
+
+    connect(ordner_, &QLineEdit::textEdited, this, &Dateiseite::ordner_geaendert);
+    connect(ordner_knopf_, &QToolButton::clicked, this, &Dateiseite::ordner_waehlen);
+    auto waehlen = [this](QListWidgetItem* eintrag) {
+        const int zeile = dateien_->row(eintrag);
+        ausfuehren_([zeile] { datei_waehlen(zeile); });
+    };
+    connect(dateien_, &QListWidget::itemClicked, this, waehlen);
+    connect(dateien_, &QListWidget::itemActivated, this, waehlen);
+}
+
+void Dateiseite::ordner_geaendert(const QString& text) {
+    Auswahl().Verzeichnis(0).set("Text", Value(text.toStdString()));
+    ausfuehren_([] { verzeichnis_geaendert(0); });
+}
+
+void Dateiseite::ordner_waehlen() {
+    const QString ordner =
+        QFileDialog::getExistingDirectory(this, ordner_titel_->text(), ordner_->text());
+    if (ordner.isEmpty())
+        return;
+    ordner_->setText(ordner);
+    ordner_geaendert(ordner);
+}
+
+void Dateiseite::abgleichen() {
+    AuswahlForm& form = Auswahl();
+    ueberschrift_->setText(q(form.control("roLabel1").text("Caption")));
+    Control& verzeichnis = form.Verzeichnis(0);
+    ordner_titel_->setText(q(verzeichnis.text("Caption")));
+    ordner_titel_->setMinimumWidth(80); // the caption width of the box
+    if (ordner_->text().toStdString() != verzeichnis.text("Text"))
+        ordner_->setText(q(verzeichnis.text("Text")));
+
+    auto& eintraege = form.Datei(0).items("List");
+    QStringList namen;
+    for (PropertyBag& e : eintraege)
+        namen << q(e.text("Name"));
+    QStringList gezeigt;
+    for (int i = 0; i < dateien_->count(); ++i)
+        gezeigt << dateien_->item(i)->text();
+    const QSignalBlocker sperre(dateien_);
+    if (namen != gezeigt) {
+        dateien_->clear();
+        dateien_->addItems(namen);
+    }
+    dateien_->setCurrentRow(static_cast<int>(form.Datei(0).get("ListIndex").toInt()));
+
+    info_titel_->setText(q(form.DBGrid(0).text("Caption")));
+    liste_zeigen(info_, form.DBGrid(0));
+}
+
+} // namespace folio::qt

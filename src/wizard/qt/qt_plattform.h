@@ -1,0 +1,48 @@
+// The platform of the desktop program: message boxes as QMessageBox in the styles of the
+// system (buttons, icon, default button, the check box "485 Meldung weiterhin anzeigen"),
+// pending events through Qt's event loop, the help page in the user's browser. While a long
+// pass lets events run, the windows that mirror the models are brought up to date.
+#pragma once
+
+#include "frame/platform.h"
+
+#include <QElapsedTimer>
+
+#include <functional>
+#include <vector>
+
+namespace folio::qt {
+
+class QtPlattform : public Platform {
+public:
+    QtPlattform();
+    MessageAnswer showMessage(const MessageRequest& request) override;
+    void doEvents() override;
+    void repaint(Form& form, Control* control) override;
+    void sleep(int milliseconds) override;
+    int screenWidth() const override;
+    int screenHeight() const override;
+    void oeffnen(const std::string& datei) override;
+
+    // What mirrors a model on the screen: called when pending events run, at most every few
+    // hundredths of a second, so that a pass over a million records isn't slowed by it.
+    std::vector<std::function<void()>> abgleicher;
+
+private:
+    void abgleichen(bool sofort);
+    QElapsedTimer seit_abgleich_;
+};
+
+// The platform in use, where it is the desktop's; null otherwise (tests, command line).
+QtPlattform* qt_plattform();
+
+// The busy pointer for as long as it lives.
+class Sanduhr {
+public:
+    Sanduhr();
+    ~Sanduhr();
+    Sanduhr(const Sanduhr&) = delete;
+    Sanduhr& operator=(const Sanduhr&) = delete;
+};
+
+} // namespace folio::qt
