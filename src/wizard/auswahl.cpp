@@ -99,8 +99,9 @@ AuswahlForm::AuswahlForm() : Form("Auswahl") {
         {"ZielDBFrame", "504 Ziel Datenbank"}};
     for (const auto& [name, caption] : rahmen)
         mit(addControl("sevFrame", name), {{"Caption", caption}});
-    mit(addControl("DBGrid", "DBGrid", 0), {{"Caption", "571 Informationen zur Datenbank"}});
-    mit(addControl("DBGrid", "DBGrid", 1), {{"Caption", "4670 Einstellungen"}});
+    // The two lists of information are grids of their own with a caption bar.
+    mit(addControl("sevGrid", "DBGrid", 0), {{"Caption", "571 Informationen zur Datenbank"}});
+    mit(addControl("sevGrid", "DBGrid", 1), {{"Caption", "4670 Einstellungen"}});
     mit(addControl("Datengrid", "Datengrid", 0), {{"Visible", true}, {"Left", 0}, {"Top", 0}});
     mit(addControl("Datengrid", "Datengrid", 1), {{"Visible", true}, {"Left", 0}, {"Top", 0}});
     mit(addControl("ProgressBar", "Personen_fortschritt"), {{"Value", 0}, {"Max", 100}});

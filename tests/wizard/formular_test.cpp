@@ -67,6 +67,7 @@ TEST_F(Wizard, LoadProposesTheTreeUsedLastAndOpensIt) {
     EXPECT_EQ(form.get("MousePointer").toInt(), MausNormal);
     EXPECT_EQ(form.sevWizard().text("NextBtnText"), "&Weiter>");
     EXPECT_EQ(form.control("sevWizardPage", 1).text("HeaderTitle"), "Personen wählen");
+    EXPECT_EQ(form.DBGrid(0).text("Caption"), "Informationen zur Datenbank");
     EXPECT_EQ(form.get("Left").toInt(), 1234);
     // Without a stored Top the form stays centred.
     EXPECT_EQ(form.get("Top").toInt(),

@@ -24,7 +24,6 @@ namespace folio::qt {
 
 namespace {
 
-constexpr int TwipsProPixel = 15;
 
 QString q(const std::string& s) {
     return QString::fromStdString(s);
@@ -82,10 +81,9 @@ Assistent::Assistent(QWidget* parent) : QWidget(parent) {
 
     setWindowTitle(q(form.text("Caption")));
     const Control& wizard = form.sevWizard();
-    resize(static_cast<int>(form.get("Width").toInt()) / TwipsProPixel,
-           static_cast<int>(form.control("Coolbar").get("Height").toInt() +
-                            wizard.get("Height").toInt()) /
-               TwipsProPixel);
+    resize(in_pixel(this, static_cast<int>(form.get("Width").toInt())),
+           in_pixel(this, static_cast<int>(form.control("Coolbar").get("Height").toInt() +
+                                           wizard.get("Height").toInt())));
     if (form.has("Left") && form.has("Top"))
         move(static_cast<int>(form.get("Left").toInt()) / TwipsProPixel,
              static_cast<int>(form.get("Top").toInt()) / TwipsProPixel);
@@ -97,8 +95,8 @@ QWidget* Assistent::kopf() {
     kopf->setAutoFillBackground(true);
     kopf->setBackgroundRole(QPalette::Base);
     kopf->setFrameShape(QFrame::StyledPanel);
-    kopf->setMinimumHeight(static_cast<int>(Auswahl().sevWizard().get("HeaderHeight").toInt()) /
-                           TwipsProPixel);
+    kopf->setMinimumHeight(
+        in_pixel(kopf, static_cast<int>(Auswahl().sevWizard().get("HeaderHeight").toInt())));
     auto* zeilen = new QVBoxLayout;
     titel_ = new QLabel(kopf);
     QFont fett = titel_->font();

@@ -3,6 +3,7 @@
 #include "wizard/auswahl.h"
 #include "wizard/dateiwahl.h"
 #include "wizard/formular.h"
+#include "wizard/qt/qt_plattform.h"
 
 #include <QFileDialog>
 #include <QGridLayout>
@@ -18,7 +19,6 @@ namespace folio::qt {
 
 namespace {
 
-constexpr int TwipsProPixel = 15;
 
 QString q(const std::string& s) {
     return QString::fromStdString(s);
@@ -40,7 +40,7 @@ void liste_zeigen(QTreeWidget* liste, Control& dbgrid) {
     auto& spalten = dbgrid.items("Columns");
     for (std::size_t i = 0; i < spalten.size() && i < 2; ++i)
         liste->setColumnWidth(static_cast<int>(i),
-                              static_cast<int>(spalten[i].get("Width").toInt()) / TwipsProPixel);
+                              in_pixel(liste, static_cast<int>(spalten[i].get("Width").toInt())));
     auto& zeilen = dbgrid.items("Rows");
     liste->clear();
     for (PropertyBag& z : zeilen) {

@@ -41,6 +41,8 @@ public:
     QWidget* zelle(int spalte) const;
 
     QSize sizeHint() const override;
+    // The width that the caption of a section needs, with its picture and the sort mark.
+    int beschriftungsbreite(int logisch) const { return sectionSizeFromContents(logisch).width(); }
 
 protected:
     void paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const override;

@@ -5,6 +5,7 @@
 #include "wizard/grid_aufbau.h"
 #include "wizard/personengrid.h"
 #include "wizard/qt/filterkopf.h"
+#include "wizard/qt/qt_plattform.h"
 #include "wizard/qt/werkzeugleisten.h"
 
 #include <QEvent>
@@ -13,6 +14,7 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -25,7 +27,6 @@ namespace folio::qt {
 
 namespace {
 
-constexpr int TwipsProPixel = 15;
 // The column settings are written a moment after the last change, not at every step of a
 // drag.
 constexpr int SpeichernNachMs = 300;
@@ -173,18 +174,32 @@ void Gridansicht::ansicht_abgleichen() {
     sichtbar_melden();
 }
 
-// Widths, visibility and order of the sections as the grid's columns say.
+// Widths, visibility and order of the sections as the grid's columns say. Where the columns
+// leave room in the window, the wide text column takes it.
 void Gridansicht::spalten_abgleichen() {
     Innen& d = *innen_;
     Datengrid& g = d.modell->grid();
     const int anzahl = std::min(g.Cols(), d.kopf->count());
     d.im_abgleich = true;
+    std::vector<int> breiten(static_cast<std::size_t>(anzahl), 0);
+    int summe = 0;
     for (int i = 0; i < anzahl; ++i) {
         const Spalte& sp = g.Columns(i + 1);
         if (d.kopf->isSectionHidden(i) == sp.Visible)
             d.kopf->setSectionHidden(i, !sp.Visible);
-        const int breite = std::max(sp.Width, sp.MinWidth) / TwipsProPixel;
-        if (sp.Visible && d.kopf->sectionSize(i) != breite)
+        if (sp.Visible) {
+            breiten[static_cast<std::size_t>(i)] =
+                std::max(in_pixel(d.tabelle, sp.Width), mindestbreite(i));
+            summe += breiten[static_cast<std::size_t>(i)];
+        }
+    }
+    const int weit = breitenspalte();
+    if (weit >= 0 && weit < anzahl)
+        breiten[static_cast<std::size_t>(weit)] +=
+            std::max(d.tabelle->viewport()->width() - summe, 0);
+    for (int i = 0; i < anzahl; ++i) {
+        const int breite = breiten[static_cast<std::size_t>(i)];
+        if (breite > 0 && d.kopf->sectionSize(i) != breite)
             d.kopf->resizeSection(i, breite);
     }
     // The places on the screen, from 1; equal places keep the grid's order.
@@ -200,6 +215,34 @@ void Gridansicht::spalten_abgleichen() {
     }
     d.im_abgleich = false;
     d.kopf->zellen_platzieren();
+}
+
+// The narrowest a column may be on the screen: the grid's minimum, and room for its caption
+// (with the filter mark and the sort mark) or its tick box.
+int Gridansicht::mindestbreite(int logisch) const {
+    const Innen& d = *innen_;
+    const Spalte& sp = d.modell->grid().Columns(logisch + 1);
+    int breite = std::max(in_pixel(d.tabelle, sp.MinWidth), d.kopf->beschriftungsbreite(logisch));
+    if (sp.Bearbeitbar) {
+        const QStyle* stil = d.tabelle->style();
+        breite = std::max(breite, stil->pixelMetric(QStyle::PM_IndicatorWidth) +
+                                      2 * stil->pixelMetric(QStyle::PM_FocusFrameHMargin) + 4);
+    }
+    return breite;
+}
+
+// The wide text column, which fills the room that the others leave: the shown text column
+// with the greatest minimum width, the first of equals; -1 for none.
+int Gridansicht::breitenspalte() const {
+    Datengrid& g = innen_->modell->grid();
+    int weit = -1;
+    for (int i = 1; i <= g.Cols(); ++i) {
+        const Spalte& sp = g.Columns(i);
+        if (sp.Visible && !sp.Bearbeitbar && !sp.Bildspalte &&
+            (weit < 0 || sp.MinWidth > g.Columns(weit + 1).MinWidth))
+            weit = i - 1;
+    }
+    return weit;
 }
 
 void Gridansicht::sortanzeige() {
@@ -240,14 +283,14 @@ void Gridansicht::breite_geaendert(int logisch, int breite) {
     if (d.im_abgleich || logisch >= g.Cols() || d.kopf->isSectionHidden(logisch))
         return;
     Spalte& sp = g.Columns(logisch + 1);
-    const int mindestens = sp.MinWidth / TwipsProPixel;
+    const int mindestens = mindestbreite(logisch);
     if (breite < mindestens) {
         d.im_abgleich = true;
         d.kopf->resizeSection(logisch, mindestens);
         d.im_abgleich = false;
         breite = mindestens;
     }
-    sp.Width = breite * TwipsProPixel;
+    sp.Width = in_twips(d.tabelle, breite);
     d.speichern->start();
 }
 
@@ -302,8 +345,10 @@ void Gridansicht::einstellungen_speichern() {
 }
 
 bool Gridansicht::eventFilter(QObject* objekt, QEvent* ereignis) {
-    if (objekt == innen_->tabelle->viewport() && ereignis->type() == QEvent::Resize)
+    if (objekt == innen_->tabelle->viewport() && ereignis->type() == QEvent::Resize) {
+        spalten_abgleichen();
         sichtbar_melden();
+    }
     return QWidget::eventFilter(objekt, ereignis);
 }
 

@@ -44,6 +44,8 @@ protected:
 private:
     void ansicht_abgleichen();
     void spalten_abgleichen();
+    int mindestbreite(int logisch) const;
+    int breitenspalte() const;
     void sortanzeige();
     void sortieren(int logisch);
     void breite_geaendert(int logisch, int breite);

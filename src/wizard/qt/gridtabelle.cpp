@@ -178,6 +178,9 @@ QVariant Gridtabelle::headerData(int section, Qt::Orientation orientation, int r
     const Spalte& sp = g.Columns(section + 1);
     switch (role) {
     case Qt::DisplayRole:
+        // The tick and picture columns are as narrow as their cells; the tooltip names them.
+        if (sp.Bearbeitbar || sp.Bildspalte)
+            return {};
         return q(sp.Caption);
     case Qt::DecorationRole:
         if (sp.Image == 1)

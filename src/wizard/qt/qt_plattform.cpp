@@ -8,12 +8,15 @@
 #include <QScreen>
 #include <QThread>
 #include <QUrl>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
 
 namespace folio::qt {
 
 namespace {
 
-constexpr int TwipsProPixel = 15;
 
 // The buttons of a message box by the lowest bits of its style, with the answers they give.
 std::vector<std::pair<QMessageBox::StandardButton, int>> knoepfe(int stil) {
@@ -134,6 +137,25 @@ int QtPlattform::screenWidth() const {
 int QtPlattform::screenHeight() const {
     const QScreen* s = QGuiApplication::primaryScreen();
     return s ? s->availableGeometry().height() * TwipsProPixel : Platform::screenHeight();
+}
+
+namespace {
+
+// Twips to the pixel in the font of `w`.
+double massstab(const QWidget* w) {
+    constexpr double Ziffernbreite = 6;
+    const double ziffer = w->fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    return TwipsProPixel * Ziffernbreite / std::max(ziffer, Ziffernbreite);
+}
+
+} // namespace
+
+int in_pixel(const QWidget* w, int twips) {
+    return static_cast<int>(std::lround(twips / massstab(w)));
+}
+
+int in_twips(const QWidget* w, int pixel) {
+    return static_cast<int>(std::lround(pixel * massstab(w)));
 }
 
 void QtPlattform::oeffnen(const std::string& datei) {

@@ -8,6 +8,8 @@
 
 #include <QElapsedTimer>
 
+class QWidget;
+
 #include <functional>
 #include <vector>
 
@@ -35,6 +37,13 @@ private:
 
 // The platform in use, where it is the desktop's; null otherwise (tests, command line).
 QtPlattform* qt_plattform();
+
+// The forms measure in twips, 15 to the pixel of a screen on which a digit of their font is
+// 6 pixels wide. Where the font of a widget is wider, its measures grow alike, so that what
+// fitted a column or a window fits it here too.
+constexpr int TwipsProPixel = 15;
+int in_pixel(const QWidget* w, int twips);
+int in_twips(const QWidget* w, int pixel);
 
 // The busy pointer for as long as it lives.
 class Sanduhr {
