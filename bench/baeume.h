@@ -6,6 +6,8 @@
 #include "frame/globals.h"
 #include "frame/sprache.h"
 #include "generate_tree.h"
+#include "wizard/auswahl.h"
+#include "wizard/datengrid.h"
 
 #include <chrono>
 #include <cstdio>
@@ -56,6 +58,21 @@ inline long spitzenspeicher_kb() {
         if (line.rfind("VmHWM:", 0) == 0)
             return std::stol(line.substr(6));
     return 0;
+}
+
+// The person grid of the generated tree of that many persons, for `lauf` to measure; the
+// peak memory is printed afterwards, and the tree is left as it was found.
+inline void im_persongrid(long long persons, const std::function<void(Datengrid&)>& lauf) {
+    const std::string tree = baum(persons);
+    DB = dao::OpenDatabase(tree);
+    tabellen_oeffnen();
+    Datengrid& grid = Auswahl().grid(0);
+    std::printf("%9lld persons:\n", persons);
+    lauf(grid);
+    std::printf("    peak memory %.1f MB\n", spitzenspeicher_kb() / 1024.0);
+    grid.Clear(true);
+    alle_schliessen(tree);
+    DB.reset();
 }
 
 // The main program of a benchmark: runs it on each size given as an argument (10,000 and

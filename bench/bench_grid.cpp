@@ -42,30 +42,22 @@ void filtern(const char* was, const char* spalte, const char* text) {
 }
 
 void run(long long persons) {
-    const std::string tree = bench::baum(persons);
-    DB = dao::OpenDatabase(tree);
-    tabellen_oeffnen();
-    AuswahlForm& form = Auswahl();
-    Datengrid& grid = form.grid(0);
-    std::printf("%9lld persons:\n", persons);
-    bericht("build, sorted by surname, first window", sekunden([&] {
-                personengrid_aufbauen();
-                fenster(grid, 1);
-            }),
-            grid);
-    bericht("jump to the last row", sekunden([&] { fenster(grid, grid.Rows() - 39); }), grid);
-    bericht("jump to the middle", sekunden([&] { fenster(grid, grid.Rows() / 2); }), grid);
-    bericht("sort by first name", sekunden([&] {
-                grid.DoSort("GIVN");
-                fenster(grid, 1);
-            }),
-            grid);
-    filtern("filter on the surname \"M\"", "SURN", "M");
-    filtern("filter on the year of birth 1900..1950", "Gsort", "1900..1950");
-    std::printf("    peak memory %.1f MB\n", bench::spitzenspeicher_kb() / 1024.0);
-    grid.Clear(true);
-    alle_schliessen(tree);
-    DB.reset();
+    bench::im_persongrid(persons, [](Datengrid& grid) {
+        bericht("build, sorted by surname, first window", sekunden([&] {
+                    personengrid_aufbauen();
+                    fenster(grid, 1);
+                }),
+                grid);
+        bericht("jump to the last row", sekunden([&] { fenster(grid, grid.Rows() - 39); }), grid);
+        bericht("jump to the middle", sekunden([&] { fenster(grid, grid.Rows() / 2); }), grid);
+        bericht("sort by first name", sekunden([&] {
+                    grid.DoSort("GIVN");
+                    fenster(grid, 1);
+                }),
+                grid);
+        filtern("filter on the surname \"M\"", "SURN", "M");
+        filtern("filter on the year of birth 1900..1950", "Gsort", "1900..1950");
+    });
 }
 
 } // namespace

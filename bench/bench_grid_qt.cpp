@@ -30,8 +30,7 @@ namespace {
 
 // The rows are counted after the step has run.
 void bericht(const char* was, double s, const Datengrid& grid) {
-    std::printf("    %-44s %8.3f s, %9lld rows\n", was, s,
-                static_cast<long long>(grid.Rows()));
+    std::printf("    %-44s %8.3f s, %9lld rows\n", was, s, static_cast<long long>(grid.Rows()));
 }
 
 // Paints what the table shows now, as the screen would.
@@ -44,8 +43,8 @@ void malen(qt::Gridansicht& ansicht) {
 double blaettern(qt::Gridansicht& ansicht, int schritte_hoechstens, int& schritte) {
     QScrollBar* balken = ansicht.tabelle()->verticalScrollBar();
     const int seite = std::max(balken->pageStep(), 1);
-    const int weite = std::max((balken->maximum() + schritte_hoechstens - 1) / schritte_hoechstens,
-                               seite);
+    const int weite =
+        std::max((balken->maximum() + schritte_hoechstens - 1) / schritte_hoechstens, seite);
     double langsamste = 0;
     schritte = 0;
     for (int richtung : {1, -1})
@@ -61,14 +60,9 @@ double blaettern(qt::Gridansicht& ansicht, int schritte_hoechstens, int& schritt
 }
 
 void run(long long persons) {
-    const std::string tree = bench::baum(persons);
-    DB = dao::OpenDatabase(tree);
-    tabellen_oeffnen();
-    Datengrid& grid = Auswahl().grid(0);
-    std::printf("%9lld persons:\n", persons);
-    bericht("grid set up on page 1 (model only)", sekunden([] { personengrid_aufbauen(); }),
-            grid);
-    {
+    bench::im_persongrid(persons, [](Datengrid& grid) {
+        bericht("grid set up on page 1 (model only)", sekunden([] { personengrid_aufbauen(); }),
+                grid);
         std::unique_ptr<qt::Gridansicht> ansicht;
         bericht("page 2 entered: first screen painted", sekunden([&] {
                     ansicht = std::make_unique<qt::Gridansicht>(0);
@@ -96,11 +90,7 @@ void run(long long persons) {
                         malen(*ansicht);
                     }),
                     grid);
-    }
-    std::printf("    peak memory %.1f MB\n", bench::spitzenspeicher_kb() / 1024.0);
-    grid.Clear(true);
-    alle_schliessen(tree);
-    DB.reset();
+    });
 }
 
 } // namespace

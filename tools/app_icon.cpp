@@ -39,16 +39,8 @@ std::uint8_t rounded(long sum, long weight) {
 Picture parseDrawing(std::string_view text, const std::string& fileName) {
     std::map<char, Rgba> palette;
     std::vector<std::pair<int, std::string>> rows;
-    int number = 0;
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
-        ++number;
-        if (!line.empty() && line.back() == '\r')
-            line.remove_suffix(1);
-        if (line.find_first_not_of(' ') == std::string_view::npos || line.front() == '#')
-            continue;
+    for (const auto& [number, cells] : tsv::wholeLines(text, fileName)) {
+        const std::string_view line = cells.front();
         if (line.size() > 1 && line[1] == ' ') {
             Rgba colour;
             if (line[0] == Transparent)

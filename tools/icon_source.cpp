@@ -10,26 +10,6 @@ namespace {
 constexpr char Transparent = '.';
 constexpr char Fill = '@', Shade = '%', Shine = '&';
 
-// The lines of a drawing or of the font: comments and blank lines left out, a CR before the
-// line end dropped; each with its number.
-std::vector<std::pair<int, std::string_view>> lines(std::string_view text) {
-    std::vector<std::pair<int, std::string_view>> out;
-    int number = 0;
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
-        ++number;
-        if (!line.empty() && line.back() == '\r')
-            line.remove_suffix(1);
-        if (line.empty() || line.front() == '#' ||
-            std::all_of(line.begin(), line.end(), [](char c) { return c == ' '; }))
-            continue;
-        out.emplace_back(number, line);
-    }
-    return out;
-}
-
 bool parseColour(std::string_view hex, Rgba& colour) {
     if (hex.size() != 6 ||
         !std::all_of(hex.begin(), hex.end(), [](unsigned char c) { return std::isxdigit(c) != 0; }))
@@ -62,7 +42,8 @@ Rgba glyphColour(Rgba c) {
 
 Drawing parseDrawing(std::string_view text, const std::string& fileName, bool base) {
     Drawing drawing;
-    for (const auto& [number, line] : lines(text)) {
+    for (const auto& [number, cells] : tsv::wholeLines(text, fileName)) {
+        const std::string_view line = cells.front();
         if (line.size() == 8 && line[1] == ' ') {
             Rgba colour;
             const char c = line[0];
@@ -118,7 +99,8 @@ Font parseFont(std::string_view text, const std::string& fileName) {
             throw SourceError(fileName, headerLine,
                               std::string("the sign '") + sign + "' needs five rows");
     };
-    for (const auto& [number, line] : lines(text)) {
+    for (const auto& [number, cells] : tsv::wholeLines(text, fileName)) {
+        const std::string_view line = cells.front();
         if (line.size() == 3 && line.front() == '[' && line.back() == ']') {
             finish();
             sign = line[1];

@@ -65,7 +65,7 @@ bool isBlankLine(std::string_view line) {
 
 } // namespace
 
-std::vector<Line> dataLines(std::string_view text, const std::string& fileName) {
+std::vector<Line> wholeLines(std::string_view text, const std::string& fileName) {
     if (text.starts_with(ByteOrderMark))
         text.remove_prefix(ByteOrderMark.size());
     std::vector<Line> lines;
@@ -81,8 +81,15 @@ std::vector<Line> dataLines(std::string_view text, const std::string& fileName) 
             continue;
         if (!isUtf8(line))
             throw SourceError(fileName, lineNumber, "the line isn't valid UTF-8");
-        lines.push_back({lineNumber, splitTabs(line)});
+        lines.push_back({lineNumber, {line}});
     }
+    return lines;
+}
+
+std::vector<Line> dataLines(std::string_view text, const std::string& fileName) {
+    std::vector<Line> lines = wholeLines(text, fileName);
+    for (Line& line : lines)
+        line.cells = splitTabs(line.cells.front());
     return lines;
 }
 

@@ -41,6 +41,9 @@ struct Line {
 // for a line that isn't UTF-8.
 std::vector<Line> dataLines(std::string_view text, const std::string& fileName);
 
+// The same for a source whose lines have no cells (a drawing, a font): each line is one cell.
+std::vector<Line> wholeLines(std::string_view text, const std::string& fileName);
+
 // A text cell with its escapes resolved; `column` names the cell in a message.
 std::string unescape(std::string_view cell, std::string_view column, const std::string& fileName,
                      int line);

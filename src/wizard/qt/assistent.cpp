@@ -24,7 +24,6 @@ namespace folio::qt {
 
 namespace {
 
-
 QString q(const std::string& s) {
     return QString::fromStdString(s);
 }

@@ -19,7 +19,6 @@ namespace folio::qt {
 
 namespace {
 
-
 QString q(const std::string& s) {
     return QString::fromStdString(s);
 }
@@ -34,6 +33,16 @@ QTreeWidget* zweispaltige_liste(QWidget* eltern) {
     liste->setSelectionMode(QAbstractItemView::NoSelection);
     liste->header()->setStretchLastSection(true);
     return liste;
+}
+
+QLabel* titelleiste(QWidget* eltern) {
+    auto* titel = new QLabel(eltern);
+    QFont fett = titel->font();
+    fett.setBold(true);
+    titel->setFont(fett);
+    titel->setAutoFillBackground(true);
+    titel->setBackgroundRole(QPalette::Mid);
+    return titel;
 }
 
 void liste_zeigen(QTreeWidget* liste, Control& dbgrid) {
@@ -61,7 +70,7 @@ void liste_zeigen(QTreeWidget* liste, Control& dbgrid) {
     }
 }
 
-Dateiseite::Dateiseite(Ausfuehren ausfuehren, QWidget* parent)
+Dateiseite::Dateiseite(Ausfuehrung ausfuehren, QWidget* parent)
     : QWidget(parent), ausfuehren_(std::move(ausfuehren)) {
     auto* spalte = new QVBoxLayout(this);
     ueberschrift_ = new QLabel(this);
@@ -86,12 +95,7 @@ Dateiseite::Dateiseite(Ausfuehren ausfuehren, QWidget* parent)
     dateien_ = new QListWidget(this);
     unten->addWidget(dateien_, 2);
     auto* rechts = new QVBoxLayout;
-    info_titel_ = new QLabel(this);
-    QFont fett = info_titel_->font();
-    fett.setBold(true);
-    info_titel_->setFont(fett);
-    info_titel_->setAutoFillBackground(true);
-    info_titel_->setBackgroundRole(QPalette::Mid);
+    info_titel_ = titelleiste(this);
     info_ = zweispaltige_liste(this);
     rechts->addWidget(info_titel_);
     rechts->addWidget(info_, 1);

@@ -3,6 +3,8 @@
 // DBGrid(0) and DBGrid(1), which page 5 shows too.
 #pragma once
 
+#include "wizard/qt/qt_plattform.h"
+
 #include <QWidget>
 
 #include <functional>
@@ -20,16 +22,16 @@ class Control;
 namespace folio::qt {
 
 // Runs an action of the form as the window does (one at a time, failures shown).
-using Ausfuehren = std::function<void(const std::function<void()>&)>;
-
-// A list of two columns as the model DBGrid(i) holds it: its rows, bold cells, red text.
+// A list of two columns as the model DBGrid(i) holds it: its rows, bold cells, red text; and
+// the bar above it with its caption.
 QTreeWidget* zweispaltige_liste(QWidget* eltern);
+QLabel* titelleiste(QWidget* eltern);
 void liste_zeigen(QTreeWidget* liste, Control& dbgrid);
 
 class Dateiseite : public QWidget {
     Q_OBJECT
 public:
-    Dateiseite(Ausfuehren ausfuehren, QWidget* parent = nullptr);
+    Dateiseite(Ausfuehrung ausfuehren, QWidget* parent = nullptr);
     void abgleichen();
 
     QLineEdit* ordner() const { return ordner_; }
@@ -40,7 +42,7 @@ private:
     void ordner_geaendert(const QString& text);
     void ordner_waehlen();
 
-    Ausfuehren ausfuehren_;
+    Ausfuehrung ausfuehren_;
     QLabel* ueberschrift_ = nullptr;
     QLabel* ordner_titel_ = nullptr;
     QLineEdit* ordner_ = nullptr;

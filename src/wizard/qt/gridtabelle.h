@@ -3,6 +3,8 @@
 // of the grid (its column positions from 1), the order on the screen is the header's business.
 #pragma once
 
+#include "wizard/qt/qt_plattform.h"
+
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QIcon>
@@ -16,10 +18,6 @@ class Datengrid;
 }
 
 namespace folio::qt {
-
-// Runs an action of the user on the models: the window may run it at once, or one at a time
-// with a failure shown as a message.
-using Ausfuehrung = std::function<void(const std::function<void()>&)>;
 
 // A tooltip of the models, its title and its text (lines divided by CR LF), as one text.
 QString tipptext(const std::string& titel, const std::string& text);

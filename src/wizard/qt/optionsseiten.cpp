@@ -226,7 +226,7 @@ void Optionsseite::abgleichen() {
 
 // --- Page 5 -------------------------------------------------------------------------------
 
-Zielseite::Zielseite(Ausfuehren ausfuehren, QWidget* parent)
+Zielseite::Zielseite(Ausfuehrung ausfuehren, QWidget* parent)
     : QWidget(parent), ausfuehren_(std::move(ausfuehren)) {
     AuswahlForm& form = Auswahl();
     auto* spalte = new QVBoxLayout(this);
@@ -259,12 +259,7 @@ Zielseite::Zielseite(Ausfuehren ausfuehren, QWidget* parent)
     }
     spalte->addWidget(ziel);
 
-    zusammenfassung_titel_ = new QLabel(this);
-    QFont fett = zusammenfassung_titel_->font();
-    fett.setBold(true);
-    zusammenfassung_titel_->setFont(fett);
-    zusammenfassung_titel_->setAutoFillBackground(true);
-    zusammenfassung_titel_->setBackgroundRole(QPalette::Mid);
+    zusammenfassung_titel_ = titelleiste(this);
     zusammenfassung_ = zweispaltige_liste(this);
     spalte->addWidget(zusammenfassung_titel_);
     spalte->addWidget(zusammenfassung_, 2);

@@ -49,7 +49,7 @@ private:
 class Zielseite : public QWidget {
     Q_OBJECT
 public:
-    Zielseite(Ausfuehren ausfuehren, QWidget* parent = nullptr);
+    Zielseite(Ausfuehrung ausfuehren, QWidget* parent = nullptr);
     ~Zielseite() override;
     void abgleichen();
 
@@ -62,7 +62,7 @@ public:
 private:
     void name_waehlen();
 
-    Ausfuehren ausfuehren_;
+    Ausfuehrung ausfuehren_;
     std::vector<Bindung*> bindungen_;
     std::vector<std::pair<QGroupBox*, const char*>> rahmen_;
     QLineEdit* ordner_ = nullptr;

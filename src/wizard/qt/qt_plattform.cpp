@@ -17,7 +17,6 @@ namespace folio::qt {
 
 namespace {
 
-
 // The buttons of a message box by the lowest bits of its style, with the answers they give.
 std::vector<std::pair<QMessageBox::StandardButton, int>> knoepfe(int stil) {
     using B = QMessageBox;

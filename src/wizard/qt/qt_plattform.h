@@ -38,6 +38,10 @@ private:
 // The platform in use, where it is the desktop's; null otherwise (tests, command line).
 QtPlattform* qt_plattform();
 
+// Runs an action of the user on the models: at once, or as the window runs them (one at a
+// time, with the busy pointer and a failure shown as a message).
+using Ausfuehrung = std::function<void(const std::function<void()>&)>;
+
 // The forms measure in twips, 15 to the pixel of a screen on which a digit of their font is
 // 6 pixels wide. Where the font of a widget is wider, its measures grow alike, so that what
 // fitted a column or a window fits it here too.

@@ -258,9 +258,11 @@ TEST_F(Gridfenster, TheColumnsAsLaidOutAndAsTheUserChangesThem) {
     // Moved to the front.
     kopf->moveSection(kopf->visualIndex(sektion("SURN")), 0);
     EXPECT_EQ(g().Columns("SURN").Position, 1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return gespeichert("SURN") == std::to_string(surn) + ",1,1"; }, 3000))
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return gespeichert("SURN") == std::to_string(surn) + ",1,1"; }, 3000))
         << gespeichert("SURN");
-    EXPECT_TRUE(gespeichert("GIVN").starts_with(std::to_string(qt::in_twips(kopf, givn)) + ",")) << gespeichert("GIVN");
+    EXPECT_TRUE(gespeichert("GIVN").starts_with(std::to_string(qt::in_twips(kopf, givn)) + ","))
+        << gespeichert("GIVN");
     QApplication::processEvents();
     QWidget* feld = kopf->zelle(g().GetCol("SURN"));
     ASSERT_TRUE(feld);
