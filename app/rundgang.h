@@ -22,6 +22,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyle>
+#include <QStyleOptionViewItem>
 #include <QTableView>
 #include <QTest>
 #include <QToolButton>
@@ -67,16 +69,27 @@ inline QAbstractButton* werkzeug(qt::Assistent& fenster, int coolbar, const char
     throw std::runtime_error(std::string("no button ") + key);
 }
 
-// Ticks or clears the box of a row of a grid as a click on it does.
+// Ticks or clears the box of a row of a grid with a click on it, where it isn't so already.
 inline void haken(qt::Assistent& fenster, int grid, std::int64_t zeile, bool an) {
-    QAbstractItemModel* m = fenster.grid(grid)->tabelle()->model();
+    QTableView* tabelle = fenster.grid(grid)->tabelle();
+    QAbstractItemModel* m = tabelle->model();
     for (int spalte = 0; spalte < m->columnCount(); ++spalte) {
         const QModelIndex i = m->index(static_cast<int>(zeile - 1), spalte);
-        if (m->flags(i) & Qt::ItemIsUserCheckable) {
-            m->setData(i, an ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
-            warten();
+        if (!(m->flags(i) & Qt::ItemIsUserCheckable))
+            continue;
+        if ((m->data(i, Qt::CheckStateRole).toInt() == Qt::Checked) == an)
             return;
-        }
+        tabelle->scrollTo(i);
+        warten();
+        QStyleOptionViewItem option;
+        option.initFrom(tabelle->viewport());
+        option.rect = tabelle->visualRect(i);
+        option.features = QStyleOptionViewItem::HasCheckIndicator;
+        const QRect kaestchen = tabelle->style()->subElementRect(
+            QStyle::SE_ItemViewItemCheckIndicator, &option, tabelle);
+        QTest::mouseClick(tabelle->viewport(), Qt::LeftButton, {}, kaestchen.center());
+        warten();
+        return;
     }
     throw std::runtime_error("the grid has no tick column");
 }

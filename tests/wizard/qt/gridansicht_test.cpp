@@ -151,11 +151,15 @@ TEST_F(Gridfenster, TheTickWithTheSwitches) {
     zeigen(0);
     QMenu* menue = knopf("Markieren")->menu();
     ASSERT_TRUE(menue);
-    for (QAction* a : menue->actions())
-        if (a->text() == QString::fromStdString(sprachtext("232 Alle Abwählen")))
-            a->trigger();
-    EXPECT_EQ(
-        DB->OpenRecordset("SELECT count(*) FROM Daten WHERE Markierung = True")->get(0).toInt(), 0);
+    auto abwaehlen = [&] {
+        for (QAction* a : menue->actions())
+            if (a->text() == QString::fromStdString(sprachtext("232 Alle Abwählen")))
+                a->trigger();
+        EXPECT_EQ(
+            DB->OpenRecordset("SELECT count(*) FROM Daten WHERE Markierung = True")->get(0).toInt(),
+            0);
+    };
+    abwaehlen();
 
     // The ancestors, and the spouses that the question brings along (answered OK).
     QTest::mouseClick(knopf("Vorfahren"), Qt::LeftButton);
@@ -188,6 +192,26 @@ TEST_F(Gridfenster, TheTickWithTheSwitches) {
     EXPECT_TRUE(markiert(mutter));
     QApplication::processEvents();
     EXPECT_EQ(ansicht->tabelle()->currentIndex(), haken);
+
+    // Descendants alone: the father's tick marks his child, not his wife.
+    abwaehlen();
+    QTest::mouseClick(knopf("Vorfahren"), Qt::LeftButton);
+    QTest::mouseClick(knopf("Nachfahren"), Qt::LeftButton);
+    QTest::mouseClick(knopf("Ehepartner"), Qt::LeftButton);
+    EXPECT_FALSE(knopf("Vorfahren")->isChecked());
+    EXPECT_TRUE(knopf("Nachfahren")->isChecked());
+    EXPECT_FALSE(knopf("Ehepartner")->isChecked());
+    const std::string kind = zelle(zeile, "Counter").toStdString();
+    int vaterzeile = -1;
+    for (int r = 0; r < modell->rowCount() && vaterzeile < 0; ++r)
+        if (zelle(r, "Counter").toStdString() == vater)
+            vaterzeile = r;
+    ASSERT_GE(vaterzeile, 0);
+    EXPECT_TRUE(modell->setData(modell->index(vaterzeile, sektion("Markierung")), Qt::Checked,
+                                Qt::CheckStateRole));
+    EXPECT_TRUE(markiert(vater));
+    EXPECT_TRUE(markiert(kind));
+    EXPECT_FALSE(markiert(mutter));
 
     // "Lebend": the living are red, and their tick is refused without a word.
     QTest::mouseClick(knopf("Lebend"), Qt::LeftButton);
