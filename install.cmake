@@ -72,10 +72,12 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 # The libraries the programs link come from dpkg-shlibdeps. Qt's platform plugins are loaded,
 # not linked, but on Debian 12 the xcb and offscreen plugins ship in libqt6gui6, which the
 # desktop program links (qt6-qpa-plugins holds only vnc). The Wayland plugin is recommended
-# for a native window in a Wayland session; without it Qt falls back to xcb.
+# for a native window in a Wayland session; without it Qt falls back to xcb. Qt's own texts
+# (the buttons of a message box, the folder dialogue) come in the user's language with its
+# translations; without them they are English.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 if(TARGET folioexport)
-    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt6-wayland)
+    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, qt6-translations-l10n")
 endif()
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
 include(CPack)

@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
 
     if (!programm_starten(start).ok)
         return 3;
+    qt::qt_texte_laden();
     int ergebnis = 0;
     try {
         Form_Load(start);

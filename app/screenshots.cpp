@@ -59,6 +59,7 @@ int main(int argc, char** argv) {
         StartForm start;
         if (!programm_starten(start, stage + "/Stammfolio/Folioexport").ok)
             return 3;
+        qt::qt_texte_laden();
         ini_schreiben(programm_ini(), "SF-Files", "0", pfad_verbinden(Datenpfad, "Beispiel.SF6"));
         Form_Load(start);
         qt::Assistent fenster;

@@ -1,12 +1,17 @@
 #include "wizard/qt/qt_plattform.h"
 
+#include "frame/globals.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QDesktopServices>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
 #include <QThread>
+#include <QTranslator>
 #include <QUrl>
 #include <QWidget>
 
@@ -64,6 +69,21 @@ QtPlattform* aktuelle = nullptr;
 QtPlattform::QtPlattform() {
     aktuelle = this;
     seit_abgleich_.start();
+}
+
+void qt_texte_laden() {
+    static QTranslator texte;
+    QCoreApplication::removeTranslator(&texte);
+    // The program knows German and English; Qt's texts are English by themselves.
+    if (Sprache == "Deutsch" &&
+        texte.load(QLocale(QLocale::German), QStringLiteral("qtbase"), QStringLiteral("_"),
+                   QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&texte);
+}
+
+QtPlattform::~QtPlattform() {
+    if (aktuelle == this)
+        aktuelle = nullptr;
 }
 
 QtPlattform* qt_plattform() {

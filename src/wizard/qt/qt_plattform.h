@@ -18,6 +18,7 @@ namespace folio::qt {
 class QtPlattform : public Platform {
 public:
     QtPlattform();
+    ~QtPlattform() override;
     MessageAnswer showMessage(const MessageRequest& request) override;
     void doEvents() override;
     void repaint(Form& form, Control* control) override;
@@ -34,6 +35,11 @@ private:
     void abgleichen(bool sofort);
     QElapsedTimer seit_abgleich_;
 };
+
+// Qt's own texts (the buttons of a message box, the dialogues for files and folders) in the
+// language of the program, where Qt's translations are installed. Called once the language
+// is known, and again when it changes.
+void qt_texte_laden();
 
 // The platform in use, where it is the desktop's; null otherwise (tests, command line).
 QtPlattform* qt_plattform();

@@ -1,21 +1,29 @@
 // The wizard's window on a copy of the staged program, driven as a user drives it: the
 // buttons as they show the conditions of Next and Finish, and the walk through the five pages
 // that ends in the command line's file.
+#include "frame/start.h"
 #include "rundgang.h"
 #include "support/gedcom_vergleich.h"
 #include "support/qt_anwendung.h"
 #include "support/wizard_fixture.h"
 #include "wizard/qt/assistent.h"
+#include "wizard/qt/qt_plattform.h"
+#include "wizard/qt/startfenster.h"
 #include "wizard/zeile_vorbereiten.h"
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QTreeWidget>
 
+#include <functional>
 #include <sstream>
 
 namespace folio::test {
@@ -75,6 +83,89 @@ TEST_F(Fenster, TheButtonsShowTheConditionsOfNextAndFinish) {
     f.optionsseite()->anmerkung()->setPlainText("Notiz");
     rundgang::klicken(f.knopf(K::Zurueck));
     EXPECT_EQ(rs_Version->get("gedcom_anmerkung").text(), "Notiz");
+}
+
+TEST_F(Fenster, MessageBoxesInTheStylesOfTheProgram) {
+    qt::QtPlattform plattform;
+    Sprache = "Deutsch";
+    qt::qt_texte_laden();
+    // Looks at the box once it is up, then answers with `antworten`.
+    auto pruefen = [](const std::function<void(QMessageBox&)>& antworten) {
+        QTimer::singleShot(0, [antworten] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(box);
+            antworten(*box);
+        });
+    };
+
+    // Yes and No, a question, the second button the default one, the check box ticked.
+    MessageRequest frage;
+    frage.text = "Weiter?";
+    frage.style = 4 + 32 + 256;
+    frage.title = "Titel";
+    frage.checkboxShown = true;
+    frage.checkboxText = "Meldung weiterhin anzeigen";
+    frage.checkboxValue = 1;
+    pruefen([](QMessageBox& box) {
+        EXPECT_EQ(box.windowTitle(), "Titel");
+        EXPECT_EQ(box.icon(), QMessageBox::Question);
+        ASSERT_EQ(box.buttons().size(), 2);
+        EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No));
+        EXPECT_EQ(box.button(QMessageBox::Yes)->text(), "&Ja");
+        ASSERT_TRUE(box.checkBox());
+        EXPECT_EQ(box.checkBox()->text(), "Meldung weiterhin anzeigen");
+        EXPECT_TRUE(box.checkBox()->isChecked());
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    MessageAnswer antwort = plattform.showMessage(frage);
+    EXPECT_EQ(antwort.button, AntwortNein);
+    EXPECT_EQ(antwort.checkboxValue, 1);
+
+    // Yes pressed with the box cleared.
+    pruefen([](QMessageBox& box) {
+        box.checkBox()->setChecked(false);
+        box.button(QMessageBox::Yes)->click();
+    });
+    antwort = plattform.showMessage(frage);
+    EXPECT_EQ(antwort.button, AntwortJa);
+    EXPECT_EQ(antwort.checkboxValue, 0);
+
+    // An error: OK alone, the icon of an error, no check box; its state comes back as given.
+    pruefen([](QMessageBox& box) {
+        EXPECT_EQ(box.icon(), QMessageBox::Critical);
+        EXPECT_EQ(box.buttons().size(), 1);
+        EXPECT_FALSE(box.checkBox());
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    MessageRequest fehler;
+    fehler.text = "Fehler";
+    fehler.style = 16;
+    antwort = plattform.showMessage(fehler);
+    EXPECT_EQ(antwort.button, AntwortOk);
+    EXPECT_EQ(antwort.checkboxValue, -2);
+}
+
+TEST_F(Fenster, TheProgressOfAnUpgradeComesAndGoesWithItsFormAndTakesEscape) {
+    qt::Fortschrittsdialog dialog;
+    dialog.abgleichen();
+    EXPECT_FALSE(dialog.isVisible());
+
+    FortschrittForm& form = Fortschrittfrm();
+    form.steuerelement("Info").set("Caption", Value("Tabelle Daten"));
+    form.steuerelement("Update").set("Max", Value(8));
+    form.steuerelement("Update").set("Value", Value(3));
+    dialog.abgleichen();
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(dialog.findChild<QLabel*>()->text(), "Tabelle Daten");
+    EXPECT_EQ(dialog.findChild<QProgressBar*>()->value(), 3);
+
+    // Escape asks the upgrade to stop; the dialog stays until the upgrade unloads it.
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_TRUE(form.abbrechen);
+    EXPECT_TRUE(dialog.isVisible());
+    form.entladen();
+    dialog.abgleichen();
+    EXPECT_FALSE(dialog.isVisible());
 }
 
 // The lines that `mit` has beyond `ohne`, where `ohne` is `mit` with one run of lines taken
