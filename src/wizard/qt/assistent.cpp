@@ -105,7 +105,8 @@ QWidget* Assistent::kopf() {
     beschreibung_ = new QLabel(kopf);
     beschreibung_->setWordWrap(true);
     zeilen->addWidget(titel_);
-    zeilen->addWidget(beschreibung_, 1);
+    zeilen->addWidget(beschreibung_);
+    zeilen->addStretch(1);
     auto* reihe = new QHBoxLayout(kopf);
     reihe->addLayout(zeilen, 1);
     ziffer_ = new QLabel(kopf);
