@@ -50,23 +50,30 @@ void liste_zeigen(QTreeWidget* liste, Control& dbgrid) {
     for (std::size_t i = 0; i < spalten.size() && i < 2; ++i)
         liste->setColumnWidth(static_cast<int>(i),
                               in_pixel(liste, static_cast<int>(spalten[i].get("Width").toInt())));
+    // The rows as they stand, so that a list shown again during a run keeps its place.
+    const char* fett[] = {"InfoBold", "StatusBold"};
     auto& zeilen = dbgrid.items("Rows");
+    QStringList stand;
+    for (PropertyBag& z : zeilen) {
+        stand << q(z.text("Info")) << q(z.text("Status"));
+        for (const char* f : fett)
+            stand << (z.has(f) && z.get(f).toBool() ? QStringLiteral("b") : QString());
+        stand << (z.has("StatusColor") ? QString::number(z.get("StatusColor").toInt()) : QString());
+    }
+    if (liste->property("folio_stand").toStringList() == stand)
+        return;
+    liste->setProperty("folio_stand", stand);
     liste->clear();
     for (PropertyBag& z : zeilen) {
         auto* eintrag = new QTreeWidgetItem(liste, {q(z.text("Info")), q(z.text("Status"))});
-        const char* fett[] = {"InfoBold", "StatusBold"};
         for (int spalte = 0; spalte < 2; ++spalte)
             if (z.has(fett[spalte]) && z.get(fett[spalte]).toBool()) {
                 QFont f = eintrag->font(spalte);
                 f.setBold(true);
                 eintrag->setFont(spalte, f);
             }
-        if (z.has("StatusColor")) {
-            const long farbe = static_cast<long>(z.get("StatusColor").toInt());
-            eintrag->setForeground(1, QColor(static_cast<int>(farbe & 0xFF),
-                                             static_cast<int>((farbe >> 8) & 0xFF),
-                                             static_cast<int>((farbe >> 16) & 0xFF)));
-        }
+        if (z.has("StatusColor"))
+            eintrag->setForeground(1, farbe(static_cast<long>(z.get("StatusColor").toInt())));
     }
 }
 

@@ -25,12 +25,6 @@ int als_int(std::int64_t n) {
     return static_cast<int>(std::clamp<std::int64_t>(n, 0, INT_MAX));
 }
 
-// A row colour of the grid: red + 256 * green + 65536 * blue.
-QColor farbe(long wert) {
-    return QColor(static_cast<int>(wert & 0xff), static_cast<int>((wert >> 8) & 0xff),
-                  static_cast<int>((wert >> 16) & 0xff));
-}
-
 } // namespace
 
 QString tipptext(const std::string& titel, const std::string& text) {

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QColor>
 #include <QDesktopServices>
 #include <QLibraryInfo>
 #include <QLocale>
@@ -175,6 +176,11 @@ int in_pixel(const QWidget* w, int twips) {
 
 int in_twips(const QWidget* w, int pixel) {
     return static_cast<int>(std::lround(pixel * massstab(w)));
+}
+
+QColor farbe(long wert) {
+    return QColor(static_cast<int>(wert & 0xff), static_cast<int>((wert >> 8) & 0xff),
+                  static_cast<int>((wert >> 16) & 0xff));
 }
 
 void QtPlattform::oeffnen(const std::string& datei) {

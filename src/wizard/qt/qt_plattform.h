@@ -8,6 +8,7 @@
 
 #include <QElapsedTimer>
 
+class QColor;
 class QWidget;
 
 #include <functional>
@@ -54,6 +55,9 @@ using Ausfuehrung = std::function<void(const std::function<void()>&)>;
 constexpr int TwipsProPixel = 15;
 int in_pixel(const QWidget* w, int twips);
 int in_twips(const QWidget* w, int pixel);
+
+// A colour of the forms: red + 256 * green + 65536 * blue.
+QColor farbe(long wert);
 
 // The busy pointer for as long as it lives.
 class Sanduhr {
