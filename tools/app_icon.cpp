@@ -12,16 +12,6 @@ namespace {
 
 constexpr char Transparent = '.';
 
-bool parseColour(std::string_view hex, Rgba& colour) {
-    if (hex.size() != 6 ||
-        !std::all_of(hex.begin(), hex.end(), [](unsigned char c) { return std::isxdigit(c) != 0; }))
-        return false;
-    const unsigned long v = std::stoul(std::string(hex), nullptr, 16);
-    colour = {static_cast<std::uint8_t>(v >> 16), static_cast<std::uint8_t>(v >> 8),
-              static_cast<std::uint8_t>(v), 255};
-    return true;
-}
-
 // The share of the source pixel `j` (of `to` units) that covers the target pixel `i` (of
 // `from` units), both measured in units of which the picture has from * to.
 long overlap(int i, int from, int j, int to) {

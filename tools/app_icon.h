@@ -23,6 +23,7 @@
 namespace folio::app_icon {
 
 using SourceError = tsv::SourceError;
+using sample_source::parseColour;
 using sample_source::Rgba;
 
 // A square picture, rows from the top.

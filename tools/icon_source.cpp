@@ -10,16 +10,6 @@ namespace {
 constexpr char Transparent = '.';
 constexpr char Fill = '@', Shade = '%', Shine = '&';
 
-bool parseColour(std::string_view hex, Rgba& colour) {
-    if (hex.size() != 6 ||
-        !std::all_of(hex.begin(), hex.end(), [](unsigned char c) { return std::isxdigit(c) != 0; }))
-        return false;
-    const unsigned long v = std::stoul(std::string(hex), nullptr, 16);
-    colour = {static_cast<std::uint8_t>(v >> 16), static_cast<std::uint8_t>(v >> 8),
-              static_cast<std::uint8_t>(v), 255};
-    return true;
-}
-
 std::uint8_t mix(std::uint8_t from, int to, double share) {
     return static_cast<std::uint8_t>(from + (to - from) * share + 0.5);
 }

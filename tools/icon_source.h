@@ -32,6 +32,7 @@
 namespace folio::icon_source {
 
 using SourceError = tsv::SourceError;
+using sample_source::parseColour;
 using sample_source::Rgba;
 
 inline constexpr int Size = 16;

@@ -4,8 +4,12 @@
 // ICO files that the wizard's pictures are made with.
 #pragma once
 
+#include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <filesystem>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace folio::sample_source {
@@ -19,6 +23,18 @@ struct Colour {
 struct Rgba {
     std::uint8_t r = 0, g = 0, b = 0, a = 0;
 };
+
+// An opaque colour written as six hexadecimal digits rrggbb, as the drawings' palettes write
+// it; false for anything else.
+inline bool parseColour(std::string_view hex, Rgba& colour) {
+    if (hex.size() != 6 ||
+        !std::all_of(hex.begin(), hex.end(), [](unsigned char c) { return std::isxdigit(c) != 0; }))
+        return false;
+    const unsigned long v = std::stoul(std::string(hex), nullptr, 16);
+    colour = {static_cast<std::uint8_t>(v >> 16), static_cast<std::uint8_t>(v >> 8),
+              static_cast<std::uint8_t>(v), 255};
+    return true;
+}
 
 // Draws a square of `fill` with a frame of `frame` into `path`, as BMP or GIF by the
 // extension of the path (in any case). Returns false for another extension, leaving no file.

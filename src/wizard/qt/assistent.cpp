@@ -24,10 +24,6 @@ namespace folio::qt {
 
 namespace {
 
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
-
 // The control that holds the title and description of a page, from 1.
 Control& seitensteuerelement(int seite) {
     AuswahlForm& form = Auswahl();

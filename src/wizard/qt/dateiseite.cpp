@@ -17,14 +17,6 @@
 
 namespace folio::qt {
 
-namespace {
-
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
-
-} // namespace
-
 QTreeWidget* zweispaltige_liste(QWidget* eltern) {
     auto* liste = new QTreeWidget(eltern);
     liste->setColumnCount(2);

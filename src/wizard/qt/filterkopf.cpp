@@ -15,14 +15,6 @@
 
 namespace folio::qt {
 
-namespace {
-
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
-
-} // namespace
-
 // The drop-down list of a filter cell. It tells an entry picked from its open list from the
 // text that the line edit happens to match, and opens the list where a plain combo box would
 // step through its entries under the user's hands (arrow keys, wheel).

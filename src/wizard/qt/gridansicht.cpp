@@ -20,7 +20,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <climits>
 #include <numeric>
 
 namespace folio::qt {
@@ -30,14 +29,6 @@ namespace {
 // The column settings are written a moment after the last change, not at every step of a
 // drag.
 constexpr int SpeichernNachMs = 300;
-
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
-
-int als_int(std::int64_t n) {
-    return static_cast<int>(std::clamp<std::int64_t>(n, 0, INT_MAX));
-}
 
 } // namespace
 
@@ -165,8 +156,7 @@ void Gridansicht::ansicht_abgleichen() {
     if (d.hinweis) {
         const Control& balken = form.Personen_fortschritt();
         d.hinweis->setText(q(form.control("Label1").text("Caption")));
-        d.fortschritt->setMaximum(als_int(balken.get("Max").toInt()));
-        d.fortschritt->setValue(als_int(balken.get("Value").toInt()));
+        balken_zeigen(d.fortschritt, balken);
         d.hinweis->setVisible(laeuft);
         d.fortschritt->setVisible(laeuft);
     }

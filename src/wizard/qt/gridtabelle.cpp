@@ -11,21 +11,8 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <climits>
 
 namespace folio::qt {
-
-namespace {
-
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
-
-int als_int(std::int64_t n) {
-    return static_cast<int>(std::clamp<std::int64_t>(n, 0, INT_MAX));
-}
-
-} // namespace
 
 QString tipptext(const std::string& titel, const std::string& text) {
     QString t = q(text);

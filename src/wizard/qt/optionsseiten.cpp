@@ -26,10 +26,6 @@ namespace folio::qt {
 
 namespace {
 
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
-
 // The longest text of the author's boxes but the remark.
 constexpr int HoechstensZeichen = 255;
 
@@ -307,9 +303,7 @@ void Zielseite::abgleichen() {
         b->zeigen();
     zusammenfassung_titel_->setText(q(form.DBGrid(1).text("Caption")));
     liste_zeigen(zusammenfassung_, form.DBGrid(1));
-    Control& balken = form.Fortschritt();
-    fortschritt_->setMaximum(static_cast<int>(balken.get("Max").toInt()));
-    fortschritt_->setValue(static_cast<int>(balken.get("Value").toInt()));
+    balken_zeigen(fortschritt_, form.Fortschritt());
     QString bericht = q(form.Fortschritttext().text("Text"));
     bericht.remove(QLatin1Char('\r'));
     if (bericht_->toPlainText() != bericht) {

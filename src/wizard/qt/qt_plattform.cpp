@@ -1,5 +1,6 @@
 #include "wizard/qt/qt_plattform.h"
 
+#include "frame/form.h"
 #include "frame/globals.h"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QThread>
@@ -17,6 +19,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 namespace folio::qt {
@@ -176,6 +179,15 @@ int in_pixel(const QWidget* w, int twips) {
 
 int in_twips(const QWidget* w, int pixel) {
     return static_cast<int>(std::lround(pixel * massstab(w)));
+}
+
+int als_int(std::int64_t n) {
+    return static_cast<int>(std::clamp<std::int64_t>(n, 0, INT_MAX));
+}
+
+void balken_zeigen(QProgressBar* balken, const Control& control) {
+    balken->setMaximum(als_int(control.get("Max").toInt()));
+    balken->setValue(als_int(control.get("Value").toInt()));
 }
 
 QColor farbe(long wert) {

@@ -7,14 +7,34 @@
 #include "frame/platform.h"
 
 #include <QElapsedTimer>
+#include <QString>
+
+#include <cstdint>
+#include <string>
 
 class QColor;
+class QProgressBar;
 class QWidget;
 
 #include <functional>
 #include <vector>
 
+namespace folio {
+class Control;
+}
+
 namespace folio::qt {
+
+// A text of the models as Qt shows it.
+inline QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
+
+// A count of the models as Qt takes it, held within 0 and the largest int.
+int als_int(std::int64_t n);
+
+// A bar shows a progress control of the forms: its Max and its Value.
+void balken_zeigen(QProgressBar* balken, const Control& control);
 
 class QtPlattform : public Platform {
 public:

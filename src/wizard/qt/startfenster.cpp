@@ -1,6 +1,7 @@
 #include "wizard/qt/startfenster.h"
 
 #include "frame/start.h"
+#include "wizard/qt/qt_plattform.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -11,10 +12,6 @@
 namespace folio::qt {
 
 namespace {
-
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
 
 bool sichtbar(const Form& form) {
     return form.has("Visible") && form.get("Visible").toBool();
@@ -46,8 +43,7 @@ void Startfenster::abgleichen() {
     if (!bild.empty() && bild_->pixmap().isNull())
         bild_->setPixmap(QPixmap(q(bild)));
     titel_->setText(q(form_.control("Titel", 0).text("Caption")));
-    balken_->setMaximum(static_cast<int>(form_.control("Fortschritt").get("Max").toInt()));
-    balken_->setValue(static_cast<int>(form_.control("Fortschritt").get("Value").toInt()));
+    balken_zeigen(balken_, form_.control("Fortschritt"));
     setVisible(sichtbar(form_));
 }
 
@@ -74,8 +70,7 @@ void Fortschrittsdialog::abgleichen() {
     setWindowTitle(q(form.text("Caption")));
     info_->setText(q(form.control("Info").text("Caption")));
     Control& update = form.control("Update");
-    balken_->setMaximum(static_cast<int>(update.get("Max").toInt()));
-    balken_->setValue(static_cast<int>(update.get("Value").toInt()));
+    balken_zeigen(balken_, update);
     balken_->setVisible(update.get("Visible").toBool());
     warten_->setVisible(form.control("WaitBar").get("Visible").toBool());
     show();

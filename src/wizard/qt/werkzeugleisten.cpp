@@ -13,10 +13,6 @@ namespace folio::qt {
 
 namespace {
 
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
-
 // The gap between groups of buttons, in pixels.
 constexpr int Luecke = 15;
 
