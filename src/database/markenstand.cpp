@@ -1,9 +1,11 @@
 #include "database/markenstand.h"
 
-#include "engine/errors.h"
+#include "database/tabellen.h"
+#include "engine/sqlite_handle.h"
 #include "engine/text_util.h"
 
 #include <algorithm>
+#include <string>
 
 namespace folio {
 
@@ -26,8 +28,67 @@ bool Markenstand::markiert(Verknuepft tabelle, RecordId nummer) const {
     return std::binary_search(n.begin(), n.end(), nummer);
 }
 
+namespace {
+
+// The temporary table of the numbers of one table's marked records, on the tree's own
+// connection; gone again when this object goes, whatever happened in between.
+class Nummerntabelle {
+public:
+    explicit Nummerntabelle(sqlite::Connection& verbindung) : verbindung_(verbindung) {
+        verbindung_.exec("CREATE TEMP TABLE folio_marken (n PRIMARY KEY) WITHOUT ROWID");
+    }
+    ~Nummerntabelle() {
+        try {
+            verbindung_.exec("DROP TABLE IF EXISTS temp.folio_marken");
+        } catch (const Error&) {
+            // The transaction's rollback takes the table away all the same.
+        }
+    }
+    Nummerntabelle(const Nummerntabelle&) = delete;
+    Nummerntabelle& operator=(const Nummerntabelle&) = delete;
+
+    // Holds `nummern` (sorted, unique) from now on. A whole number is stored as the
+    // integer, as the trees store their numbers.
+    void fuellen(const std::vector<RecordId>& nummern) {
+        verbindung_.exec("DELETE FROM temp.folio_marken");
+        sqlite::Statement einfuegen(verbindung_, "INSERT INTO temp.folio_marken (n) VALUES (?1)");
+        for (RecordId n : nummern) {
+            if (n.isWhole())
+                einfuegen.bindInt(1, n.units() / RecordId::Scale);
+            else
+                einfuegen.bind(1, Value(n));
+            einfuegen.step();
+            einfuegen.reset();
+        }
+    }
+
+private:
+    sqlite::Connection& verbindung_;
+};
+
+} // namespace
+
 void Markenstand::schreiben() const {
-    throw Error(err::OperationNotSupported, "Markenstand::schreiben");
+    sqlite::Connection& verbindung = DB->connection();
+    Nummerntabelle nummern(verbindung);
+    for (std::size_t i = 0; i < AnzahlVerknuepfte; ++i) {
+        const std::string tabelle = quoteIdentifier(VerknuepfteTabellen[i]);
+        if (nummern_[i].empty()) {
+            DB->Execute("UPDATE " + tabelle + " SET Markierung = 0 WHERE Markierung <> 0",
+                        dao::dbFailOnError);
+            continue;
+        }
+        nummern.fuellen(nummern_[i]);
+        // Through the database, so that its cursors read the records anew.
+        DB->Execute("UPDATE " + tabelle +
+                        " SET Markierung = -1 WHERE Counter IN (SELECT n FROM temp.folio_marken)"
+                        " AND (Markierung IS NULL OR Markierung <> -1)",
+                    dao::dbFailOnError);
+        DB->Execute("UPDATE " + tabelle +
+                        " SET Markierung = 0 WHERE Markierung <> 0 AND (Counter IS NULL OR "
+                        "Counter NOT IN (SELECT n FROM temp.folio_marken))",
+                    dao::dbFailOnError);
+    }
 }
 
 } // namespace folio

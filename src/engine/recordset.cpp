@@ -2,6 +2,7 @@
 
 #include "engine/errors.h"
 #include "engine/jet_sql.h"
+#include "engine/spaltenwert.h"
 #include "engine/text_util.h"
 
 #include <algorithm>
@@ -10,30 +11,6 @@
 #include <unordered_set>
 
 namespace folio::dao {
-
-namespace {
-
-std::string columnText(sqlite3_stmt* stmt, int column) {
-    const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(stmt, column));
-    return p ? std::string(p, static_cast<std::size_t>(sqlite3_column_bytes(stmt, column)))
-             : std::string();
-}
-
-// A value by its storage class, for columns of no declared type (expressions).
-Value dynamicValue(sqlite3_stmt* stmt, int column) {
-    switch (sqlite3_column_type(stmt, column)) {
-    case SQLITE_INTEGER:
-        return Value(static_cast<long long>(sqlite3_column_int64(stmt, column)));
-    case SQLITE_FLOAT:
-        return Value(sqlite3_column_double(stmt, column));
-    case SQLITE_NULL:
-        return Value();
-    default:
-        return Value(columnText(stmt, column));
-    }
-}
-
-} // namespace
 
 // --- FieldRef ----------------------------------------------------------------------------
 
@@ -273,39 +250,7 @@ bool Recordset::hasField(std::string_view name) const {
 }
 
 Value Recordset::readColumn(sqlite3_stmt* stmt, int column, std::size_t field) const {
-    const int storage = sqlite3_column_type(stmt, column);
-    if (storage == SQLITE_NULL)
-        return Value();
-    if (layout_->dynamic[field])
-        return dynamicValue(stmt, column);
-    switch (layout_->fields[field].Type) {
-    case FieldType::Boolean:
-        return Value(sqlite3_column_int64(stmt, column) != 0);
-    case FieldType::Byte:
-    case FieldType::Integer:
-    case FieldType::Long:
-        if (storage == SQLITE_INTEGER)
-            return Value(static_cast<long long>(sqlite3_column_int64(stmt, column)));
-        return dynamicValue(stmt, column);
-    case FieldType::Currency:
-        if (storage == SQLITE_INTEGER)
-            return Value(RecordId(sqlite3_column_int64(stmt, column)));
-        if (storage == SQLITE_FLOAT)
-            return Value(RecordId::fromDouble(sqlite3_column_double(stmt, column)));
-        return dynamicValue(stmt, column);
-    case FieldType::Double:
-        if (storage == SQLITE_INTEGER || storage == SQLITE_FLOAT)
-            return Value(sqlite3_column_double(stmt, column));
-        return dynamicValue(stmt, column);
-    case FieldType::DateTime:
-        if (storage == SQLITE_INTEGER || storage == SQLITE_FLOAT)
-            return Value(DateTime(sqlite3_column_double(stmt, column)));
-        return dynamicValue(stmt, column);
-    case FieldType::Text:
-    case FieldType::Memo:
-        return Value(columnText(stmt, column));
-    }
-    return Value();
+    return spaltenwert(stmt, column, layout_->fields[field].Type, layout_->dynamic[field]);
 }
 
 Value Recordset::get(int index) {

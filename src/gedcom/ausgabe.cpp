@@ -8,7 +8,13 @@
 
 namespace folio {
 
+namespace {
+// The file is written in pieces of this size: few system calls, little memory.
+constexpr std::size_t Puffergroesse = 1 << 20;
+} // namespace
+
 GedcomAusgabe::GedcomAusgabe(const std::string& ziel) : ziel_(ziel), datei_(ziel) {
+    puffer_.reserve(Puffergroesse + (Puffergroesse >> 4));
     out_.open(datei_.path(), std::ios::binary | std::ios::trunc);
     if (!out_)
         fehler("can't be created");
@@ -25,13 +31,21 @@ void GedcomAusgabe::fehler(const std::string& was) {
 
 void GedcomAusgabe::schreiben(std::string_view bytes) {
     abbruch_pruefen();
+    puffer_.append(bytes);
+    if (puffer_.size() >= Puffergroesse)
+        leeren();
+}
+
+void GedcomAusgabe::leeren() {
     errno = 0;
-    out_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out_.write(puffer_.data(), static_cast<std::streamsize>(puffer_.size()));
     if (!out_)
         fehler("could not be written");
+    puffer_.clear();
 }
 
 void GedcomAusgabe::abschliessen() {
+    leeren();
     errno = 0;
     out_.flush();
     out_.close();

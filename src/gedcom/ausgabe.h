@@ -20,14 +20,17 @@ public:
     GedcomAusgabe(const GedcomAusgabe&) = delete;
     GedcomAusgabe& operator=(const GedcomAusgabe&) = delete;
 
-    // Appends bytes as they are. Raises where they can't be written (a full disk).
+    // Appends bytes as they are, through a buffer of its own. Raises where they can't be
+    // written (a full disk).
     void schreiben(std::string_view bytes);
     // Closes the output and puts it in place of the target.
     void abschliessen();
 
 private:
     [[noreturn]] void fehler(const std::string& was);
+    void leeren();
     std::string ziel_;
+    std::string puffer_; // what waits for the next write to the file
     FileBeside datei_;
     std::ofstream out_;
 };

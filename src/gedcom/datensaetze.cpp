@@ -113,27 +113,27 @@ void medium(Exportlauf& lauf, dao::Recordset& b) {
 } // namespace
 
 void ortsnotizen_schreiben(Exportlauf& lauf) {
-    zeilen_durchlaufen(lauf, "SELECT * FROM Ort WHERE Markierung = TRUE ;", 55, 5,
+    markierte_durchlaufen(lauf, Verknuepft::Ort, 55, 5,
                        [&](dao::Recordset& rs) { ortsnotiz(lauf, rs); });
 }
 
 void notizen_schreiben(Exportlauf& lauf) {
-    zeilen_durchlaufen(lauf, "SELECT * FROM Notiz WHERE Markierung = TRUE ;", 65, 5,
+    markierte_durchlaufen(lauf, Verknuepft::Notiz, 65, 5,
                        [&](dao::Recordset& rs) { notiz(lauf, rs); });
 }
 
 void quellen_schreiben(Exportlauf& lauf) {
-    zeilen_durchlaufen(lauf, "SELECT * FROM Dokument WHERE Markierung = TRUE ;", 70, 5,
+    markierte_durchlaufen(lauf, Verknuepft::Dokument, 70, 5,
                        [&](dao::Recordset& d) { quelle(lauf, d, lauf.optionen.anmerkung); });
 }
 
 void adressen_schreiben(Exportlauf& lauf) {
-    zeilen_durchlaufen(lauf, "SELECT * FROM Adressen WHERE Markierung = TRUE ;", 70, 5,
+    markierte_durchlaufen(lauf, Verknuepft::Adressen, 70, 5,
                        [&](dao::Recordset& rs) { adresse(lauf, rs); });
 }
 
 void medien_schreiben(Exportlauf& lauf) {
-    zeilen_durchlaufen(lauf, "SELECT * FROM Bilder WHERE Markierung = TRUE ;", 75, 5,
+    markierte_durchlaufen(lauf, Verknuepft::Bilder, 75, 5,
                        [&](dao::Recordset& rs) { medium(lauf, rs); });
 }
 

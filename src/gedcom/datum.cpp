@@ -62,8 +62,14 @@ std::string gedcom_datum(DateTime datum, const std::string& format, const std::s
 }
 
 void datumschreiben(Exportlauf& lauf, std::int16_t nr, dao::Recordset& rs) {
+    datumschreiben(lauf, nr, rs.get("ca").text(), rs.get("vtag").toInt(), rs.get("vmonat").toInt(),
+                   rs.get("vjahr").toInt());
+}
+
+void datumschreiben(Exportlauf& lauf, std::int16_t nr, const std::string& ca_feld,
+                    std::int64_t vtag, std::int64_t vmonat, std::int64_t vjahr) {
     std::string zusatz;
-    const std::string ca(trimBlanks(rs.get("ca").text()));
+    const std::string ca(trimBlanks(ca_feld));
     if (!ca.empty()) {
         zusatz = ca + " ";
         for (const auto& [text, qualifier] : lauf.optionen.datumszusaetze) {
@@ -73,9 +79,9 @@ void datumschreiben(Exportlauf& lauf, std::int16_t nr, dao::Recordset& rs) {
             }
         }
     }
-    const int tag = static_cast<int>(rs.get("vtag").toInt());
-    const int monat = static_cast<int>(rs.get("vmonat").toInt());
-    const int jahr = static_cast<int>(rs.get("vjahr").toInt());
+    const int tag = static_cast<int>(vtag);
+    const int monat = static_cast<int>(vmonat);
+    const int jahr = static_cast<int>(vjahr);
     std::string datum;
     if (tag > 0)
         datum = gedcom_datum(datum_aus_zahlen(jahr, monat, tag), "DD MMM YYYY", "UK");

@@ -24,6 +24,9 @@ std::vector<std::pair<std::string, std::string>> gedcom_zusaetze_laden();
 // Writes the DATE line of the record on which `rs` stands, from `ca`, `vtag`, `vmonat` and
 // `vjahr`, with the run's modifier table; nothing where no part of the date is known.
 void datumschreiben(Exportlauf& lauf, std::int16_t nr, dao::Recordset& rs);
+// The same from the values of those fields.
+void datumschreiben(Exportlauf& lauf, std::int16_t nr, const std::string& ca, std::int64_t vtag,
+                    std::int64_t vmonat, std::int64_t vjahr);
 
 // A date as GEDCOM text: "DD MMM YYYY", "MMM YYYY", "YYYY" or "DD MM YYYY" with the English
 // month names of GEDCOM for the languages "GB", "UK" and "E".

@@ -51,10 +51,6 @@ RecordId ereignis_sortschluessel(int jahr, int monat, int tag) {
     return RecordId(static_cast<std::int64_t>(DateTime::fromDate(jahr, monat, tag).days()));
 }
 
-void Ereignisliste::hinzufuegen(int jahr, int monat, int tag, RecordId ereignis) {
-    eintraege_.push_back({ereignis_sortschluessel(jahr, monat, tag), ereignis});
-}
-
 // Equal keys are never exchanged: any stable sort gives the order of the exchange sort.
 void Ereignisliste::sortieren() {
     std::stable_sort(eintraege_.begin(), eintraege_.end(), [](const Eintrag& a, const Eintrag& b) {
@@ -64,32 +60,27 @@ void Ereignisliste::sortieren() {
 
 void Ereignisliste::schreiben(Exportlauf& lauf, std::int16_t maxHP) {
     sortieren();
-    for (const Eintrag& e : eintraege_)
-        ereignisschreiben(lauf, 1, e.ereignis, maxHP);
-}
-
-void ereignis_einreihen(Ereignisliste& liste, RecordId ziel) {
-    dao::Recordset& e = *rs_Ereignis;
-    e.Index("Counter");
-    e.Seek("=", Value(ziel));
-    if (!e.NoMatch())
-        liste.hinzufuegen(static_cast<int>(e.get("vjahr").toInt()),
-                          static_cast<int>(e.get("vmonat").toInt()),
-                          static_cast<int>(e.get("vtag").toInt()), ziel);
+    const Ereignistabelle& tabelle = lauf.tabellen.ereignisse();
+    for (const Eintrag& e : eintraege_) {
+        lauf.fortschritt.ereignisse();
+        ereignis_schreiben(lauf, 1, tabelle.lesen(e.ereignis), maxHP);
+    }
 }
 
 void ereignisschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, std::int16_t maxHP) {
     lauf.fortschritt.ereignisse();
-    dao::Recordset& e = *rs_Ereignis;
-    e.Index("Counter");
-    e.Seek("=", Value(datensatz));
-    if (e.NoMatch() || !e.get("markierung").toBool())
-        return;
-    const Ereignisart* gefunden = lauf.tabellen.ereignisart(e.get("Art").toInt());
+    const Ereignistabelle& tabelle = lauf.tabellen.ereignisse();
+    if (const auto ereignis = tabelle.finden(datensatz))
+        ereignis_schreiben(lauf, nr, tabelle.lesen(*ereignis), maxHP);
+}
+
+void ereignis_schreiben(Exportlauf& lauf, std::int16_t nr, const Ereignistabelle::Ereignis& e,
+                        std::int16_t maxHP) {
+    const Ereignisart* gefunden = lauf.tabellen.ereignisart(e.art);
     if (!gefunden)
         return;
     const Ereignisart& art = *gefunden;
-    const std::string grund = e.get("Grund").text();
+    const std::string grund(e.grund);
     const std::string tag = trimmed(art.gedtag);
     const std::string tagwert = art.causAlsTag ? " " + trimmed(grund) : "";
     if (maxHP != art.maxhauptpersonen)
@@ -102,13 +93,9 @@ void ereignisschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, st
     } else {
         zeile(lauf, nr, tag + tagwert);
     }
-    datumschreiben(lauf, unter, e);
-    const std::string kurztext = e.get("Kurztext").text();
-    const RecordId counter = e.get("Counter").toRecordId();
-    const RecordId ort = e.get("Ort").toRecordId();
-    const RecordId bild = e.get("Bild").toRecordId();
-    const Value geaendert = e.get("geaendert");
-    const std::string text = rtf_klartext(e.get("Text").text());
+    datumschreiben(lauf, unter, std::string(e.ca), e.tag, e.monat, e.jahr);
+    const std::string kurztext(e.kurztext);
+    const std::string text(e.klartext);
     if (!isBlank(kurztext))
         GEDtext(lauf, unter, "NOTE", kurztext);
     if (!isBlank(text))
@@ -117,11 +104,11 @@ void ereignisschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, st
         const bool alsNotiz = lauf.optionen.nur_55 && isBlank(kurztext);
         GEDtext(lauf, unter, alsNotiz ? " NOTE " : " CAUS ", grund);
     }
-    ortschreiben(lauf, unter, ort);
-    Bildverknuepfungschreiben(lauf, unter, bild);
-    Chanschreiben(lauf, unter, geaendert);
-    Quellenschreiben(lauf, unter, counter, "E");
-    assoziierte(lauf, nr, counter);
+    ortschreiben(lauf, unter, e.ort);
+    Bildverknuepfungschreiben(lauf, unter, e.bild);
+    Chanschreiben(lauf, unter, e.geaendert ? Value(DateTime(*e.geaendert)) : Value());
+    Quellenschreiben(lauf, unter, e.counter, "E");
+    assoziierte(lauf, nr, e.counter);
 }
 
 } // namespace folio

@@ -12,6 +12,7 @@
 #include "gedcom/stufen.h"
 #include "gedcom/zeilen.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace folio {
@@ -99,6 +100,29 @@ void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, 
     std::int64_t anzahl = 0;
     for (; !rs->Eof(); rs->MoveNext()) {
         fortschritt_setzen(lauf, ++anzahl, gesamt, basis, spanne);
+        schreiben(*rs);
+    }
+}
+
+void markierte_durchlaufen(Exportlauf& lauf, Verknuepft tabelle, double basis, double spanne,
+                           const std::function<void(dao::Recordset&)>& schreiben) {
+    const std::string name = VerknuepfteTabellen[static_cast<std::size_t>(tabelle)];
+    const Markenstand* marken = lauf.optionen.marken.get();
+    if (!marken) {
+        zeilen_durchlaufen(lauf, "SELECT * FROM " + name + " WHERE Markierung = TRUE ;", basis,
+                           spanne, schreiben);
+        return;
+    }
+    const auto gesamt = static_cast<std::int64_t>(marken->anzahl(tabelle));
+    if (gesamt == 0)
+        return;
+    std::int64_t anzahl = 0;
+    auto rs = DB->OpenRecordset("SELECT * FROM " + name + " ;");
+    const int counter = rs->fieldIndex("Counter");
+    for (; !rs->Eof(); rs->MoveNext()) {
+        if (!marken->markiert(tabelle, rs->get(counter).toRecordId()))
+            continue;
+        fortschritt_setzen(lauf, std::min(++anzahl, gesamt), gesamt, basis, spanne);
         schreiben(*rs);
     }
 }

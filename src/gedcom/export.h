@@ -25,6 +25,10 @@ void exportieren(const Exportoptionen& optionen, const std::string& ziel,
 // over the rows.
 void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, double spanne,
                         const std::function<void(dao::Recordset&)>& schreiben);
+// Runs `schreiben` on each marked record of a linked table, all its fields, in the order of
+// the table; the marks are the run's where it was given them, else the tree's.
+void markierte_durchlaufen(Exportlauf& lauf, Verknuepft tabelle, double basis, double spanne,
+                           const std::function<void(dao::Recordset&)>& schreiben);
 // The progress at row `anzahl` of `gesamt`: the share of `spanne` on top of `basis`.
 void fortschritt_setzen(Exportlauf& lauf, std::int64_t anzahl, std::int64_t gesamt, double basis,
                         double spanne);

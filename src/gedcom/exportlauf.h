@@ -4,10 +4,12 @@
 // makes an Exportlauf and hands it to every writer; nothing of it outlives the run.
 #pragma once
 
+#include "database/markenstand.h"
 #include "gedcom/ausgabe.h"
 #include "gedcom/nachschlagen.h"
 
 #include <array>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -36,6 +38,9 @@ struct Exportoptionen {
     std::array<std::string, 7> verfasser;
     std::string anmerkung; // the general note of the header and of every source
     Datumszusaetze datumszusaetze;
+    // The marks of the linked tables where the closure kept them in memory (the command
+    // line's run); null where the tree's marks count (the wizard's).
+    std::shared_ptr<const Markenstand> marken;
 };
 
 // Where a run reports how far it is.
@@ -62,7 +67,8 @@ class Exportlauf {
 public:
     Exportlauf(const Exportoptionen& optionen, GedcomAusgabe& ausgabe,
                Fortschrittsanzeige& fortschritt)
-        : optionen(optionen), ausgabe(ausgabe), fortschritt(fortschritt) {}
+        : optionen(optionen), ausgabe(ausgabe), fortschritt(fortschritt),
+          tabellen(optionen.marken.get(), optionen.aenderungsdatum) {}
     Exportlauf(const Exportlauf&) = delete;
     Exportlauf& operator=(const Exportlauf&) = delete;
 

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 namespace folio {
 
@@ -49,32 +51,38 @@ void kinder(Exportlauf& lauf, const Familientabelle& tabelle, RecordId vater, Re
         zeile(lauf, 1, "CHIL @I" + kind.text() + "@");
 }
 
-// The events in which both partners are main persons, in the order of their dates. The
-// event writer keeps those whose kind has two main persons; a row with a 0 finds none.
+// The first link of each event among a person's links as a main person, as a query of the
+// person's links with DISTINCT gives them: "d" and "D" are the same letter there, and the
+// first row found stands for both.
+std::vector<Ereignistabelle::Link> erste_links(std::span<const Ereignistabelle::Link> links) {
+    std::vector<Ereignistabelle::Link> erste;
+    std::unordered_set<std::uint32_t> gesehen;
+    for (const Ereignistabelle::Link& l : links)
+        if (gesehen.insert(l.ereignis).second)
+            erste.push_back(l);
+    return erste;
+}
+
+// The events in which both partners are main persons, in the order of their dates: each
+// event of the father's distinct links with exactly "d", where the mother's distinct link to
+// it has exactly "d" as well. The event writer keeps those whose kind has two main persons;
+// a row with a 0 finds none.
 void ereignisse(Exportlauf& lauf, RecordId vater, RecordId mutter) {
-    // A query can only give a row with the exact "d" where the person has such a link: the
-    // queries that can't are left out, which changes nothing in what is found.
-    const auto der_mutter_eigen = lauf.tabellen.hauptereignisse(mutter);
-    if (lauf.tabellen.hauptereignisse(vater).empty() || der_mutter_eigen.empty())
+    const Ereignistabelle& tabelle = lauf.tabellen.ereignisse();
+    const auto des_vaters = tabelle.links(vater);
+    const auto der_mutter = tabelle.links(mutter);
+    if (des_vaters.empty() || der_mutter.empty())
         return;
-    auto hat_die_mutter = [&](RecordId ereignis) {
-        return std::any_of(der_mutter_eigen.begin(), der_mutter_eigen.end(),
-                           [&](const Hauptereignis& h) { return h.ereignis == ereignis; });
-    };
+    const std::vector<Ereignistabelle::Link> der_mutter_erste = erste_links(der_mutter);
     Ereignisliste liste;
-    auto des_vaters = DB->OpenRecordset(
-        "Select DISTINCT Ursprung, Ziel FROM Ereignis_DS WHERE Quelle =" + vater.numberText() +
-        " ;");
-    for (; !des_vaters->Eof(); des_vaters->MoveNext()) {
-        const RecordId ziel = des_vaters->get("Ziel").toRecordId();
-        if (des_vaters->get("Ursprung").text() != "d" || !hat_die_mutter(ziel))
+    for (const Ereignistabelle::Link& l : erste_links(des_vaters)) {
+        if (!l.genau_d)
             continue;
-        auto der_mutter = DB->OpenRecordset(
-            "Select DISTINCT Ziel, Ursprung FROM Ereignis_DS WHERE Ziel =" + ziel.numberText() +
-            " AND Quelle = " + mutter.numberText() + " ;");
-        for (; !der_mutter->Eof(); der_mutter->MoveNext())
-            if (der_mutter->get("Ursprung").text() == "d")
-                ereignis_einreihen(liste, der_mutter->get("Ziel").toRecordId());
+        auto m = std::find_if(
+            der_mutter_erste.begin(), der_mutter_erste.end(),
+            [&](const Ereignistabelle::Link& e) { return e.ereignis == l.ereignis; });
+        if (m != der_mutter_erste.end() && m->genau_d)
+            liste.hinzufuegen(tabelle, l.ereignis);
     }
     liste.schreiben(lauf, 2);
 }

@@ -3,7 +3,6 @@
 #include "database/tabellen.h"
 #include "engine/connection_setup.h"
 #include "engine/text_util.h"
-#include "gedcom/ereignisse.h"
 #include "gedcom/rtf.h"
 
 #include <algorithm>
@@ -113,50 +112,17 @@ void Nachschlagetabellen::verknuepfungen_laden() {
     verknuepfungen_geladen_ = true;
 }
 
-// The links of main persons with the sort keys of their events, in one pass over each of
-// the two tables instead of a query per person and a seek per event.
-void Nachschlagetabellen::hauptereignisse_laden() {
-    std::vector<std::pair<RecordId, RecordId>> schluessel; // event, sort key
-    schluessel.reserve(static_cast<std::size_t>(anzahl("SELECT count(*) FROM Ereignis")));
-    // An upper bound: the comparison finds "D" too.
-    hauptereignisse_.reserve(
-        static_cast<std::size_t>(anzahl("SELECT count(*) FROM Ereignis_DS WHERE Ursprung = 'd'")));
-    {
-        auto rs = DB->OpenRecordset("SELECT Counter, vJahr, vMonat, vTag FROM Ereignis");
-        for (; !rs->Eof(); rs->MoveNext())
-            schluessel.emplace_back(
-                rs->get("Counter").toRecordId(),
-                ereignis_sortschluessel(static_cast<int>(rs->get("vJahr").toInt()),
-                                        static_cast<int>(rs->get("vMonat").toInt()),
-                                        static_cast<int>(rs->get("vTag").toInt())));
+const Ereignistabelle& Nachschlagetabellen::ereignisse() {
+    if (!ereignisse_geladen_) {
+        ereignisse_.laden(marken_, mit_aenderung_);
+        ereignisse_geladen_ = true;
     }
-    // The first row of a number is the one a seek finds.
-    std::stable_sort(schluessel.begin(), schluessel.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    auto rs = DB->OpenRecordset("SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        if (rs->get("Ursprung").text() != "d")
-            continue;
-        const RecordId ziel = rs->get("Ziel").toRecordId();
-        auto it = std::lower_bound(schluessel.begin(), schluessel.end(), ziel,
-                                   [](const auto& e, RecordId z) { return e.first < z; });
-        if (it != schluessel.end() && it->first == ziel)
-            hauptereignisse_.push_back({rs->get("Quelle").toRecordId(), ziel, it->second});
-    }
-    std::stable_sort(
-        hauptereignisse_.begin(), hauptereignisse_.end(),
-        [](const Hauptereignis& a, const Hauptereignis& b) { return a.person < b.person; });
-    hauptereignisse_geladen_ = true;
+    return ereignisse_;
 }
 
-std::span<const Hauptereignis> Nachschlagetabellen::hauptereignisse(RecordId person) {
-    if (!hauptereignisse_geladen_)
-        hauptereignisse_laden();
-    auto von = std::lower_bound(hauptereignisse_.begin(), hauptereignisse_.end(), person,
-                                [](const Hauptereignis& h, RecordId p) { return h.person < p; });
-    auto bis = std::upper_bound(von, hauptereignisse_.end(), person,
-                                [](RecordId p, const Hauptereignis& h) { return p < h.person; });
-    return {von, bis};
+bool Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Recordset& rs) {
+    return marken_ ? marken_->markiert(tabelle, rs.get("Counter").toRecordId())
+                   : rs.get("markierung").toBool();
 }
 
 std::span<const Beteiligter> Nachschlagetabellen::beteiligte(RecordId ereignis) {
@@ -205,7 +171,7 @@ const OrtEintrag& Nachschlagetabellen::ort(RecordId datensatz) {
     dao::Recordset& ort = *rs_Ort;
     ort.Index("Counter");
     ort.Seek("=", Value(datensatz));
-    if (!ort.NoMatch() && ort.get("markierung").toBool()) {
+    if (!ort.NoMatch() && markiert(Verknuepft::Ort, ort)) {
         e.markiert = true;
         e.counter = ort.get("Counter").toRecordId();
         e.notiz = ort.get("Notiz").toRecordId();
@@ -216,14 +182,15 @@ const OrtEintrag& Nachschlagetabellen::ort(RecordId datensatz) {
     return orte.emplace(datensatz, std::move(e)).first->second;
 }
 
-const std::string* Nachschlagetabellen::markiert(dao::Recordset& rs, RecordId datensatz) {
+const std::string* Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Recordset& rs,
+                                                RecordId datensatz) {
     auto& ziele = markiert_[&rs];
     auto it = ziele.find(datensatz);
     if (it == ziele.end()) {
         std::optional<std::string> counter;
         rs.Index("Counter");
         rs.Seek("=", Value(datensatz));
-        if (!rs.NoMatch() && rs.get("markierung").toBool())
+        if (!rs.NoMatch() && markiert(tabelle, rs))
             counter = rs.get("Counter").toRecordId().text();
         it = ziele.emplace(datensatz, std::move(counter)).first;
     }

@@ -3,7 +3,9 @@
 // is looked up once, into tables that belong to the run and go with it.
 #pragma once
 
+#include "database/markenstand.h"
 #include "engine/record_id.h"
+#include "gedcom/ereignistabelle.h"
 
 #include <cstdint>
 #include <map>
@@ -54,16 +56,15 @@ struct Verknuepfung {
     RecordId ziel;
 };
 
-// The events of which a person is a main person ("d"), in the order of the person's links,
-// each with the sort key of its first date; links to events that don't exist are left out.
-struct Hauptereignis {
-    RecordId person;
-    RecordId ereignis;
-    RecordId schluessel;
-};
-
 class Nachschlagetabellen {
 public:
+    // `marken`: the marks of the linked tables where the run was given them in memory, else
+    // null and the tree's marks count; `mit_aenderung`: the change stamps are written.
+    Nachschlagetabellen(const Markenstand* marken, bool mit_aenderung)
+        : marken_(marken), mit_aenderung_(mit_aenderung) {}
+
+    // Whether the record of a linked table on which `rs` stands is marked.
+    bool markiert(Verknuepft tabelle, dao::Recordset& rs);
     // The place, marked or not, as the writers need it.
     const OrtEintrag& ort(RecordId datensatz);
     // The kind of event from the file's own table of kinds, else from the catalogue; nullptr
@@ -71,21 +72,24 @@ public:
     const Ereignisart* ereignisart(std::int64_t art);
     std::span<const Beteiligter> beteiligte(RecordId ereignis);
     std::span<const Verknuepfung> verknuepfungen(RecordId quelle, const std::string& art_quelle);
-    std::span<const Hauptereignis> hauptereignisse(RecordId person);
-    // The record's Counter as text where it exists and is marked; nullptr otherwise.
-    const std::string* markiert(dao::Recordset& rs, RecordId datensatz);
+    // The marked events, read when first asked for.
+    const Ereignistabelle& ereignisse();
+    // The record's Counter as text where it exists and is marked; nullptr otherwise. `rs` is
+    // the table's long-lived cursor.
+    const std::string* markiert(Verknuepft tabelle, dao::Recordset& rs, RecordId datensatz);
 
 private:
     void beteiligte_laden();
     void verknuepfungen_laden();
-    void hauptereignisse_laden();
 
+    const Markenstand* marken_;
+    bool mit_aenderung_;
     std::unordered_map<RecordId, OrtEintrag> orte_;
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten_;
     bool beteiligte_geladen_ = false;
     std::vector<Beteiligter> beteiligte_; // by event
-    bool hauptereignisse_geladen_ = false;
-    std::vector<Hauptereignis> hauptereignisse_; // by person
+    bool ereignisse_geladen_ = false;
+    Ereignistabelle ereignisse_;
     bool verknuepfungen_geladen_ = false;
     std::vector<Verknuepfung> verknuepfungen_; // by record, kind and target letter
     std::map<const dao::Recordset*, std::unordered_map<RecordId, std::optional<std::string>>>

@@ -11,11 +11,11 @@ namespace folio {
 
 namespace {
 
-// Seeks a record by its number; false where it isn't there or isn't marked.
-bool markiert_gefunden(dao::Recordset& rs, RecordId datensatz) {
+// Seeks an address by its number; false where it isn't there or isn't marked.
+bool markiert_gefunden(Exportlauf& lauf, dao::Recordset& rs, RecordId datensatz) {
     rs.Index("Counter");
     rs.Seek("=", Value(datensatz));
-    return !rs.NoMatch() && rs.get("markierung").toBool();
+    return !rs.NoMatch() && lauf.tabellen.markiert(Verknuepft::Adressen, rs);
 }
 
 } // namespace
@@ -35,7 +35,7 @@ void ortschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
 
 void Adresseschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
     dao::Recordset& adressen = *rs_Adressen;
-    if (!markiert_gefunden(adressen, datensatz))
+    if (!markiert_gefunden(lauf, adressen, datensatz))
         return;
     const std::string adresse = rtf_klartext(adressen.get("adresse").text());
     const std::string listenname = adressen.get("Listenname").text();

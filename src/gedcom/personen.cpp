@@ -69,10 +69,13 @@ void namen(Exportlauf& lauf, dao::Recordset& p, bool geschuetzt) {
         GEDtext(lauf, 2, "NOTE", notiz);
 }
 
+// The events of which the person is a main person (exactly "d"), in the order of their dates.
 void ereignisse(Exportlauf& lauf, RecordId person) {
+    const Ereignistabelle& tabelle = lauf.tabellen.ereignisse();
     Ereignisliste liste;
-    for (const Hauptereignis& h : lauf.tabellen.hauptereignisse(person))
-        liste.hinzufuegen(h.schluessel, h.ereignis);
+    for (const Ereignistabelle::Link& l : tabelle.links(person))
+        if (l.genau_d)
+            liste.hinzufuegen(tabelle, l.ereignis);
     liste.schreiben(lauf, 1);
 }
 

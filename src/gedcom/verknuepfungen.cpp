@@ -12,26 +12,26 @@ namespace folio {
 
 namespace {
 
-void zeiger(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, dao::Recordset& rs,
-            const char* tag, const char* praefix) {
+void zeiger(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, Verknuepft tabelle,
+            dao::Recordset& rs, const char* tag, const char* praefix) {
     if (datensatz.isZero())
         return;
-    if (const std::string* counter = lauf.tabellen.markiert(rs, datensatz))
+    if (const std::string* counter = lauf.tabellen.markiert(tabelle, rs, datensatz))
         zeile(lauf, nr, std::string(tag) + " @" + praefix + *counter + "@");
 }
 
 } // namespace
 
 void Bildverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
-    zeiger(lauf, nr, datensatz, *rs_Bilder, "OBJE", "B");
+    zeiger(lauf, nr, datensatz, Verknuepft::Bilder, *rs_Bilder, "OBJE", "B");
 }
 
 void Notizverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
-    zeiger(lauf, nr, datensatz, *rs_Notiz, "NOTE", "N");
+    zeiger(lauf, nr, datensatz, Verknuepft::Notiz, *rs_Notiz, "NOTE", "N");
 }
 
 void Dokumentverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
-    zeiger(lauf, nr, datensatz, *rs_Dokument, "SOUR", "U");
+    zeiger(lauf, nr, datensatz, Verknuepft::Dokument, *rs_Dokument, "SOUR", "U");
 }
 
 void Quellenschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz,

@@ -5,6 +5,7 @@
 // That order is what an export contains.
 #pragma once
 
+#include "database/markenstand.h"
 #include "engine/record_id.h"
 
 #include <string>
@@ -12,11 +13,13 @@
 namespace folio {
 
 // What the closure found: which of the six tables it marked records in, and whether a
-// couple's event was left out because one of the partners isn't selected.
+// couple's event was left out because one of the partners isn't selected; and the marks
+// themselves.
 struct Huelle {
     bool hat_ereignisse = false, hat_orte = false, hat_notizen = false, hat_dokumente = false,
          hat_bilder = false, hat_adressen = false;
     bool partner_fehlt = false;
+    Markenstand marken;
 };
 
 // Where the closure reports how far it is: its bar over the marked persons, and points where
@@ -28,8 +31,13 @@ public:
     virtual void ereignisse() = 0;
 };
 
-// Runs the closure for the present selection of persons, in one transaction: clears the
-// marks of the six linked tables and runs the passes.
+// Computes the closure for the present selection of persons (the marks of Daten) in
+// memory: each table and link table is read once, the passes run over the numbers, and
+// the tree is left as it is. The marks of the six linked tables before don't count.
+Huelle huelle_berechnen(Huellenanzeige& anzeige);
+
+// Runs the closure and writes its marks into the tree, in one transaction: every record of
+// the six linked tables ends marked or not as the passes leave it.
 Huelle huelle_bilden(Huellenanzeige& anzeige);
 
 // Marks the targets of the general links (Quellen_DS) of one record, `Datensatz_art` being

@@ -1,0 +1,55 @@
+#include "engine/durchlauf.h"
+
+#include "engine/engine.h"
+#include "engine/errors.h"
+#include "engine/jet_sql.h"
+#include "engine/spaltenwert.h"
+
+namespace folio::dao {
+
+Durchlauf::Durchlauf(Database& db, std::string_view sql)
+    : stmt_(db.connection(), jet::translate(sql)) {
+    for (int c = 0; c < stmt_.columnCount(); ++c) {
+        const char* deklariert = sqlite3_column_decltype(stmt_.get(), c);
+        int groesse = 0;
+        typen_.push_back(deklariert ? typeFromDeclared(deklariert, groesse) : FieldType::Memo);
+        dynamisch_.push_back(deklariert == nullptr);
+    }
+}
+
+bool Durchlauf::weiter() {
+    return stmt_.step();
+}
+
+Value Durchlauf::wert(int spalte) const {
+    const auto i = static_cast<std::size_t>(spalte);
+    return spaltenwert(stmt_.get(), spalte, typen_[i], dynamisch_[i]);
+}
+
+RecordId Durchlauf::nummer(int spalte) const {
+    if (stmt_.type(spalte) == SQLITE_INTEGER &&
+        typen_[static_cast<std::size_t>(spalte)] == FieldType::Currency)
+        return RecordId(stmt_.int64(spalte));
+    return wert(spalte).toRecordId();
+}
+
+std::int64_t Durchlauf::ganz(int spalte) const {
+    const FieldType t = typen_[static_cast<std::size_t>(spalte)];
+    if (stmt_.type(spalte) == SQLITE_INTEGER &&
+        (t == FieldType::Byte || t == FieldType::Integer || t == FieldType::Long))
+        return stmt_.int64(spalte);
+    return wert(spalte).toInt();
+}
+
+bool Durchlauf::wahr(int spalte) const {
+    return wert(spalte).toBool();
+}
+
+std::string Durchlauf::text(int spalte) const {
+    if (isTextType(typen_[static_cast<std::size_t>(spalte)]) &&
+        !dynamisch_[static_cast<std::size_t>(spalte)])
+        return spaltentext(stmt_.get(), spalte);
+    return wert(spalte).text();
+}
+
+} // namespace folio::dao
