@@ -1,6 +1,7 @@
 #include "export_befehl.h"
 
 #include "database/dateiversion.h"
+#include "database/markenstand.h"
 #include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
@@ -31,6 +32,7 @@
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <unistd.h>
 #include <utility>
@@ -512,17 +514,23 @@ void haltepunkt(std::string_view stufe) {
 }
 
 // The closure, on the terminal's bar; where a couple's event was left out because one
-// partner isn't selected, the user is told.
-void huelle(Terminalanzeige& anzeige, const ExportOptionen& o) {
-    const Huelle h = huelle_bilden(anzeige);
+// partner isn't selected, the user is told. Its marks stay in memory: written into the tree,
+// they would only be rolled back with the run.
+std::shared_ptr<const Markenstand> huelle(Terminalanzeige& anzeige, const ExportOptionen& o) {
+    Huelle h = huelle_berechnen(anzeige);
     if (h.partner_fehlt)
         meldung(sprachtext(o.ehepartner ? "1661" : "1660"), StilInfo, Produktname);
+    return std::make_shared<const Markenstand>(std::move(h.marken));
 }
 
-// The run itself: the options as the form's controls now hold them, into `ziel`.
-Ausgang schreiben(Terminalanzeige& anzeige, const fs::path& ziel) {
+// The run itself: the options as the form's controls now hold them, with the closure's
+// marks, into `ziel`.
+Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> marken,
+                  const fs::path& ziel) {
     try {
-        exportieren(exportoptionen_aus_formular(Auswahl()), ziel.string(), anzeige);
+        Exportoptionen optionen = exportoptionen_aus_formular(Auswahl());
+        optionen.marken = std::move(marken);
+        exportieren(optionen, ziel.string(), anzeige);
     } catch (const Abbruch&) {
         throw;
     } catch (const std::exception& e) {
@@ -545,13 +553,13 @@ Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) 
         return a;
     haltepunkt("auswahl");
     Terminalanzeige anzeige;
-    huelle(anzeige, o);
+    std::shared_ptr<const Markenstand> marken = huelle(anzeige, o);
     haltepunkt("huelle");
     verfasser_laden();
     optionen_setzen(o);
-    zusammenfassung_fuellen();
+    zusammenfassung_fuellen(marken.get());
     zusammenfassung_drucken();
-    return schreiben(anzeige, ziel);
+    return schreiben(anzeige, std::move(marken), ziel);
 }
 
 // The run on a tree of the current version. Everything it writes to the tree (the marks of

@@ -19,11 +19,11 @@ namespace {
 
 // The role of an associate: its words, else (where they are empty once trimmed) the language
 // text of its letter.
-std::string rolle(const std::string& asso, const std::string& ursprung) {
+std::string rolle(Exportlauf& lauf, const std::string& asso, const std::string& ursprung) {
     std::string r = isBlank(asso) ? "" : asso;
     if (r.empty() && !ursprung.empty()) {
         const std::string zeichen = toWindows1252(toUtf8(codePoints(ursprung).substr(0, 1)));
-        r = sprachtext(std::to_string(1800 + static_cast<unsigned char>(zeichen[0])));
+        r = lauf.tabellen.sprachtext(1800 + static_cast<unsigned char>(zeichen[0]));
     }
     if (upperAscii(r) == "TAUFPATE")
         r = "Godfather";
@@ -33,7 +33,7 @@ std::string rolle(const std::string& asso, const std::string& ursprung) {
 void assoziierte(Exportlauf& lauf, std::int16_t nr, RecordId ereignis) {
     for (const Beteiligter& b : lauf.tabellen.beteiligte(ereignis)) {
         zeile(lauf, nr + 1, "ASSO @I" + b.quelle.text() + "@");
-        zeile(lauf, nr + 2, "RELA " + rolle(b.asso, b.ursprung));
+        zeile(lauf, nr + 2, "RELA " + rolle(lauf, b.asso, b.ursprung));
     }
 }
 
@@ -82,7 +82,10 @@ void ereignis_schreiben(Exportlauf& lauf, std::int16_t nr, const Ereignistabelle
     const Ereignisart& art = *gefunden;
     const std::string grund(e.grund);
     const std::string tag = trimmed(art.gedtag);
-    const std::string tagwert = art.causAlsTag ? " " + trimmed(grund) : "";
+    // The cause as the tag's value, for the kinds that have it there.
+    std::string tagwert;
+    if (art.causAlsTag)
+        tagwert.append(" ").append(trimmed(grund));
     if (maxHP != art.maxhauptpersonen)
         return;
 

@@ -18,28 +18,20 @@ namespace {
 
 // A parent as the family's row holds it: 0 for a person who is in the tree but not in the
 // export. A number without a person stays, and stands in the file as HUSB or WIFE.
-RecordId im_export(RecordId elternteil) {
+RecordId im_export(Exportlauf& lauf, RecordId elternteil) {
     if (elternteil.isZero())
         return elternteil;
-    dao::Recordset& daten = *rs_Daten;
-    daten.Seek("=", Value(elternteil));
-    if (!daten.NoMatch() && !daten.get("Markierung").toBool())
-        return RecordId();
-    return elternteil;
+    const auto person = lauf.tabellen.person(elternteil);
+    return person && !person->markiert ? RecordId() : elternteil;
 }
 
 // Puts a partner of a marriage link in the place of the father when his sex is "M", else in
 // that of the mother; false when the partner isn't a marked person.
-bool partner_einsetzen(RecordId partner, RecordId& vater, RecordId& mutter) {
-    dao::Recordset& daten = *rs_Daten;
-    daten.Seek("=", Value(partner));
-    if (daten.NoMatch() || !daten.get("Markierung").toBool())
+bool partner_einsetzen(Exportlauf& lauf, RecordId partner, RecordId& vater, RecordId& mutter) {
+    const auto person = lauf.tabellen.person(partner);
+    if (!person || !person->markiert)
         return false;
-    const RecordId counter = daten.get("Counter").toRecordId();
-    if (daten.get("Geschlecht").text() == "M")
-        vater = counter;
-    else
-        mutter = counter;
+    (person->maennlich ? vater : mutter) = partner;
     return true;
 }
 
@@ -101,7 +93,6 @@ void familie_schreiben(Exportlauf& lauf, const Familientabelle& tabelle, std::si
 } // namespace
 
 void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
-    rs_Daten->Index("Counter");
     zeilen_durchlaufen(lauf, "SELECT * FROM Daten WHERE Markierung = TRUE ;", 5, 5,
                        [&](dao::Recordset& person) {
                            const RecordId vater = person.get("Vater").toRecordId();
@@ -112,23 +103,24 @@ void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
                            // and the child adds its own.
                            if (tabelle.suchen(vater, mutter))
                                return;
-                           const RecordId v = im_export(vater);
-                           const RecordId m = im_export(mutter);
+                           const RecordId v = im_export(lauf, vater);
+                           const RecordId m = im_export(lauf, mutter);
                            if (!v.isZero() || !m.isZero())
                                tabelle.hinzufuegen(v, m);
                        });
 }
 
 void familien_aus_partnerschaften(Exportlauf& lauf, Familientabelle& tabelle) {
-    rs_Daten->Index("Counter");
     // A tree without marriage links gives an empty result, which is left alone.
     zeilen_durchlaufen(lauf, "Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
                        [&](dao::Recordset& paar) {
                            // Two partners of the same kind: the second takes the place of the
                            // first.
                            RecordId vater, mutter;
-                           if (!partner_einsetzen(paar.get("Ziel").toRecordId(), vater, mutter) ||
-                               !partner_einsetzen(paar.get("Quelle").toRecordId(), vater, mutter))
+                           if (!partner_einsetzen(lauf, paar.get("Ziel").toRecordId(), vater,
+                                                  mutter) ||
+                               !partner_einsetzen(lauf, paar.get("Quelle").toRecordId(), vater,
+                                                  mutter))
                                return;
                            if (!tabelle.suchen(vater, mutter))
                                tabelle.hinzufuegen(vater, mutter);

@@ -2,7 +2,9 @@
 
 #include "database/tabellen.h"
 #include "engine/connection_setup.h"
+#include "engine/durchlauf.h"
 #include "engine/text_util.h"
+#include "frame/sprache.h"
 #include "gedcom/rtf.h"
 
 #include <algorithm>
@@ -110,6 +112,48 @@ void Nachschlagetabellen::verknuepfungen_laden() {
                          return grossbuchstabe(a.art_ziel) < grossbuchstabe(b.art_ziel);
                      });
     verknuepfungen_geladen_ = true;
+}
+
+// The persons' numbers, marks and sex in one pass, and the persons with associates in one
+// pass over their links, instead of a seek or a query per person.
+void Nachschlagetabellen::personen_laden() {
+    dao::Durchlauf p(*DB, "SELECT Counter, Markierung, Geschlecht FROM Daten");
+    while (p.weiter())
+        personen_.push_back({p.nummer(0), {p.wahr(1), p.text(2) == "M"}});
+    // The first row of a number is the one that a seek finds.
+    std::stable_sort(personen_.begin(), personen_.end(),
+                     [](const PersonEintrag& a, const PersonEintrag& b) {
+                         return a.nummer < b.nummer;
+                     });
+    dao::Durchlauf z(*DB, "SELECT Quelle FROM Daten_DS WHERE Art = 'Z'");
+    while (z.weiter())
+        mit_assoziierten_.push_back(z.nummer(0));
+    std::sort(mit_assoziierten_.begin(), mit_assoziierten_.end());
+    personen_geladen_ = true;
+}
+
+const std::string& Nachschlagetabellen::sprachtext(int nummer) {
+    auto it = sprachtexte_.find(nummer);
+    if (it == sprachtexte_.end())
+        it = sprachtexte_.emplace(nummer, folio::sprachtext(std::to_string(nummer))).first;
+    return it->second;
+}
+
+bool Nachschlagetabellen::hat_assoziierte(RecordId person) {
+    if (!personen_geladen_)
+        personen_laden();
+    return std::binary_search(mit_assoziierten_.begin(), mit_assoziierten_.end(), person);
+}
+
+std::optional<Nachschlagetabellen::Person> Nachschlagetabellen::person(RecordId nummer) {
+    if (!personen_geladen_)
+        personen_laden();
+    auto it = std::lower_bound(
+        personen_.begin(), personen_.end(), nummer,
+        [](const PersonEintrag& e, RecordId n) { return e.nummer < n; });
+    if (it == personen_.end() || it->nummer != nummer)
+        return std::nullopt;
+    return it->person;
 }
 
 const Ereignistabelle& Nachschlagetabellen::ereignisse() {

@@ -72,6 +72,17 @@ public:
     const Ereignisart* ereignisart(std::int64_t art);
     std::span<const Beteiligter> beteiligte(RecordId ereignis);
     std::span<const Verknuepfung> verknuepfungen(RecordId quelle, const std::string& art_quelle);
+    // The language text of a number, looked up once per run.
+    const std::string& sprachtext(int nummer);
+    // Whether the person has links to associates (Daten_DS of the kind "Z", in any case):
+    // only theirs are asked for.
+    bool hat_assoziierte(RecordId person);
+    // A person as the family table needs it: nullopt where the number has no person, else
+    // whether the person is marked and male (Geschlecht exactly "M").
+    struct Person {
+        bool markiert = false, maennlich = false;
+    };
+    std::optional<Person> person(RecordId nummer);
     // The marked events, read when first asked for.
     const Ereignistabelle& ereignisse();
     // The record's Counter as text where it exists and is marked; nullptr otherwise. `rs` is
@@ -82,12 +93,21 @@ private:
     void beteiligte_laden();
     void verknuepfungen_laden();
 
+    void personen_laden();
     const Markenstand* marken_;
     bool mit_aenderung_;
     std::unordered_map<RecordId, OrtEintrag> orte_;
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten_;
     bool beteiligte_geladen_ = false;
     std::vector<Beteiligter> beteiligte_; // by event
+    std::unordered_map<int, std::string> sprachtexte_;
+    bool personen_geladen_ = false;
+    struct PersonEintrag {
+        RecordId nummer;
+        Person person;
+    };
+    std::vector<PersonEintrag> personen_;        // by number
+    std::vector<RecordId> mit_assoziierten_; // sorted
     bool ereignisse_geladen_ = false;
     Ereignistabelle ereignisse_;
     bool verknuepfungen_geladen_ = false;

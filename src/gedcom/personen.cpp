@@ -80,6 +80,8 @@ void ereignisse(Exportlauf& lauf, RecordId person) {
 }
 
 void assoziierte(Exportlauf& lauf, RecordId person) {
+    if (!lauf.tabellen.hat_assoziierte(person))
+        return;
     auto rs = DB->OpenRecordset(
         "Select DISTINCT Ziel, ASSO FROM Daten_DS WHERE Art = 'Z' AND ( Quelle =" +
         person.sqlLiteral() + ") ORDER BY Asso ;");

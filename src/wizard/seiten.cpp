@@ -1,5 +1,6 @@
 #include "wizard/seiten.h"
 
+#include "database/markenstand.h"
 #include "database/tabellen.h"
 #include "engine/errors.h"
 #include "engine/text_util.h"
@@ -9,6 +10,7 @@
 #include "wizard/verknuepfungen.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace folio {
@@ -30,30 +32,40 @@ std::string rechtsbuendig(std::int64_t zahl) {
     return s.substr(s.size() - 10);
 }
 
-void anzahlen_zeigen() {
+void anzahlen_zeigen(const Markenstand* marken) {
     AuswahlForm& form = Auswahl();
     form.zeile_anfuegen(1, "", sprachtext("605 ausgewählte Datensätze"), false, true);
     struct Zaehlung {
         const char* sql;
         const char* text;
         bool immer;
+        std::optional<Verknuepft> tabelle; // where the marks may be held in memory
     };
     const Zaehlung zaehlungen[] = {
-        {"Select * FROM Daten WHERE Markierung = -1 ;", "3704 Personen", true},
-        {"Select Counter FROM Ereignis WHERE Markierung = TRUE ;", "2050 Ereignisse", false},
-        {"Select Counter FROM Ort WHERE Markierung = TRUE;", "4114 Orte", false},
-        {"Select Counter FROM Dokument WHERE Markierung = TRUE;", "4111 Dokumente", false},
-        {"Select Counter FROM Notiz WHERE Markierung = TRUE;", "4112 Notizen", false},
-        {"Select Counter FROM Bilder WHERE Markierung = TRUE;", "2151 Bilder", false},
-        {"Select Counter FROM Adressen WHERE Markierung = TRUE;", "4115 Adressen", false},
+        {"Select * FROM Daten WHERE Markierung = -1 ;", "3704 Personen", true, std::nullopt},
+        {"Select Counter FROM Ereignis WHERE Markierung = TRUE ;", "2050 Ereignisse", false,
+         Verknuepft::Ereignis},
+        {"Select Counter FROM Ort WHERE Markierung = TRUE;", "4114 Orte", false, Verknuepft::Ort},
+        {"Select Counter FROM Dokument WHERE Markierung = TRUE;", "4111 Dokumente", false,
+         Verknuepft::Dokument},
+        {"Select Counter FROM Notiz WHERE Markierung = TRUE;", "4112 Notizen", false,
+         Verknuepft::Notiz},
+        {"Select Counter FROM Bilder WHERE Markierung = TRUE;", "2151 Bilder", false,
+         Verknuepft::Bilder},
+        {"Select Counter FROM Adressen WHERE Markierung = TRUE;", "4115 Adressen", false,
+         Verknuepft::Adressen},
     };
     for (const Zaehlung& z : zaehlungen)
         fehler_ignorieren([&] {
-            // The database counts, so that the rows aren't fixed one by one.
-            std::string innen = z.sql;
-            innen.erase(innen.find_last_not_of("; ") + 1);
-            const std::int64_t anzahl =
-                DB->OpenRecordset("SELECT count(*) FROM (" + innen + ")")->get(0).toInt();
+            std::int64_t anzahl = 0;
+            if (marken && z.tabelle) {
+                anzahl = static_cast<std::int64_t>(marken->anzahl(*z.tabelle));
+            } else {
+                // The database counts, so that the rows aren't fixed one by one.
+                std::string innen = z.sql;
+                innen.erase(innen.find_last_not_of("; ") + 1);
+                anzahl = DB->OpenRecordset("SELECT count(*) FROM (" + innen + ")")->get(0).toInt();
+            }
             if (z.immer || anzahl > 0)
                 form.zeile_anfuegen(1, rechtsbuendig(anzahl), sprachtext(z.text));
         });
@@ -118,9 +130,9 @@ void verfasser_speichern() {
     v.Update();
 }
 
-void zusammenfassung_fuellen() {
+void zusammenfassung_fuellen(const Markenstand* marken) {
     Auswahl().DBGrid(1).items("Rows").clear();
-    anzahlen_zeigen();
+    anzahlen_zeigen(marken);
     optionen_zeigen();
 }
 

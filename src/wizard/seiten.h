@@ -5,6 +5,8 @@
 
 namespace folio {
 
+class Markenstand;
+
 // The page change event, with the pages numbered from 1.
 void seite_gewechselt(int verlassen, int betreten);
 
@@ -19,6 +21,8 @@ void verfasser_speichern();
 
 // Page 5: DBGrid(1) emptied and filled with the counts of the marked records, the author,
 // the note, the privacy options and the character set.
-void zusammenfassung_fuellen();
+// `marken`: the marks of the linked tables where a run keeps them in memory (the command
+// line); else the tree's marks are counted.
+void zusammenfassung_fuellen(const Markenstand* marken = nullptr);
 
 } // namespace folio
