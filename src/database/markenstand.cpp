@@ -1,6 +1,7 @@
 #include "database/markenstand.h"
 
 #include "database/tabellen.h"
+#include "engine/errors.h"
 #include "engine/sqlite_handle.h"
 #include "engine/text_util.h"
 
@@ -31,17 +32,24 @@ bool Markenstand::markiert(Verknuepft tabelle, RecordId nummer) const {
 namespace {
 
 // The temporary table of the numbers of one table's marked records, on the tree's own
-// connection; gone again when this object goes, whatever happened in between.
+// connection; gone again when this object goes, whatever happened in between. SQLite refuses
+// to drop a table while a cursor of the connection stands on a row; then the table stays
+// for the next time, empty.
 class Nummerntabelle {
 public:
     explicit Nummerntabelle(sqlite::Connection& verbindung) : verbindung_(verbindung) {
-        verbindung_.exec("CREATE TEMP TABLE folio_marken (n PRIMARY KEY) WITHOUT ROWID");
+        verbindung_.exec("CREATE TEMP TABLE IF NOT EXISTS folio_marken (n PRIMARY KEY) "
+                         "WITHOUT ROWID");
     }
     ~Nummerntabelle() {
         try {
-            verbindung_.exec("DROP TABLE IF EXISTS temp.folio_marken");
+            verbindung_.exec("DROP TABLE temp.folio_marken");
         } catch (const Error&) {
-            // The transaction's rollback takes the table away all the same.
+            try {
+                verbindung_.exec("DELETE FROM temp.folio_marken");
+            } catch (const Error&) {
+                // The transaction's rollback empties the table all the same.
+            }
         }
     }
     Nummerntabelle(const Nummerntabelle&) = delete;

@@ -114,27 +114,27 @@ void medium(Exportlauf& lauf, dao::Recordset& b) {
 
 void ortsnotizen_schreiben(Exportlauf& lauf) {
     markierte_durchlaufen(lauf, Verknuepft::Ort, 55, 5,
-                       [&](dao::Recordset& rs) { ortsnotiz(lauf, rs); });
+                          [&](dao::Recordset& rs) { ortsnotiz(lauf, rs); });
 }
 
 void notizen_schreiben(Exportlauf& lauf) {
     markierte_durchlaufen(lauf, Verknuepft::Notiz, 65, 5,
-                       [&](dao::Recordset& rs) { notiz(lauf, rs); });
+                          [&](dao::Recordset& rs) { notiz(lauf, rs); });
 }
 
 void quellen_schreiben(Exportlauf& lauf) {
     markierte_durchlaufen(lauf, Verknuepft::Dokument, 70, 5,
-                       [&](dao::Recordset& d) { quelle(lauf, d, lauf.optionen.anmerkung); });
+                          [&](dao::Recordset& d) { quelle(lauf, d, lauf.optionen.anmerkung); });
 }
 
 void adressen_schreiben(Exportlauf& lauf) {
     markierte_durchlaufen(lauf, Verknuepft::Adressen, 70, 5,
-                       [&](dao::Recordset& rs) { adresse(lauf, rs); });
+                          [&](dao::Recordset& rs) { adresse(lauf, rs); });
 }
 
 void medien_schreiben(Exportlauf& lauf) {
     markierte_durchlaufen(lauf, Verknuepft::Bilder, 75, 5,
-                       [&](dao::Recordset& rs) { medium(lauf, rs); });
+                          [&](dao::Recordset& rs) { medium(lauf, rs); });
 }
 
 } // namespace folio

@@ -85,10 +85,10 @@ void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aende
         zahl_anhaengen(daten_, tag);
         zahl_anhaengen(daten_, monat);
         zahl_anhaengen(daten_, jahr);
-        zahl_anhaengen(daten_, ereignis_sortschluessel(static_cast<int>(jahr),
-                                                       static_cast<int>(monat),
-                                                       static_cast<int>(tag))
-                                   .units());
+        zahl_anhaengen(daten_,
+                       ereignis_sortschluessel(static_cast<int>(jahr), static_cast<int>(monat),
+                                               static_cast<int>(tag))
+                           .units());
         zahl_anhaengen(daten_, (ort.isZero() ? 0 : MitOrt) | (bild.isZero() ? 0 : MitBild) |
                                    (aenderung ? MitAenderung : 0));
         if (!ort.isZero())
@@ -107,11 +107,10 @@ void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aende
     // The first row of a number is the one that a seek finds.
     std::stable_sort(eintraege_.begin(), eintraege_.end(),
                      [](const Eintrag& a, const Eintrag& b) { return a.counter < b.counter; });
-    eintraege_.erase(std::unique(eintraege_.begin(), eintraege_.end(),
-                                 [](const Eintrag& a, const Eintrag& b) {
-                                     return a.counter == b.counter;
-                                 }),
-                     eintraege_.end());
+    eintraege_.erase(
+        std::unique(eintraege_.begin(), eintraege_.end(),
+                    [](const Eintrag& a, const Eintrag& b) { return a.counter == b.counter; }),
+        eintraege_.end());
     eintraege_.shrink_to_fit();
     daten_.shrink_to_fit();
 }

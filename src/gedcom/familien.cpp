@@ -70,9 +70,9 @@ void ereignisse(Exportlauf& lauf, RecordId vater, RecordId mutter) {
     for (const Ereignistabelle::Link& l : erste_links(des_vaters)) {
         if (!l.genau_d)
             continue;
-        auto m = std::find_if(
-            der_mutter_erste.begin(), der_mutter_erste.end(),
-            [&](const Ereignistabelle::Link& e) { return e.ereignis == l.ereignis; });
+        auto m =
+            std::find_if(der_mutter_erste.begin(), der_mutter_erste.end(),
+                         [&](const Ereignistabelle::Link& e) { return e.ereignis == l.ereignis; });
         if (m != der_mutter_erste.end() && m->genau_d)
             liste.hinzufuegen(tabelle, l.ereignis);
     }
@@ -112,19 +112,18 @@ void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
 
 void familien_aus_partnerschaften(Exportlauf& lauf, Familientabelle& tabelle) {
     // A tree without marriage links gives an empty result, which is left alone.
-    zeilen_durchlaufen(lauf, "Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
-                       [&](dao::Recordset& paar) {
-                           // Two partners of the same kind: the second takes the place of the
-                           // first.
-                           RecordId vater, mutter;
-                           if (!partner_einsetzen(lauf, paar.get("Ziel").toRecordId(), vater,
-                                                  mutter) ||
-                               !partner_einsetzen(lauf, paar.get("Quelle").toRecordId(), vater,
-                                                  mutter))
-                               return;
-                           if (!tabelle.suchen(vater, mutter))
-                               tabelle.hinzufuegen(vater, mutter);
-                       });
+    zeilen_durchlaufen(
+        lauf, "Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
+        [&](dao::Recordset& paar) {
+            // Two partners of the same kind: the second takes the place of the
+            // first.
+            RecordId vater, mutter;
+            if (!partner_einsetzen(lauf, paar.get("Ziel").toRecordId(), vater, mutter) ||
+                !partner_einsetzen(lauf, paar.get("Quelle").toRecordId(), vater, mutter))
+                return;
+            if (!tabelle.suchen(vater, mutter))
+                tabelle.hinzufuegen(vater, mutter);
+        });
 }
 
 void familien_schreiben(Exportlauf& lauf, const Familientabelle& tabelle) {

@@ -121,10 +121,9 @@ void Nachschlagetabellen::personen_laden() {
     while (p.weiter())
         personen_.push_back({p.nummer(0), {p.wahr(1), p.text(2) == "M"}});
     // The first row of a number is the one that a seek finds.
-    std::stable_sort(personen_.begin(), personen_.end(),
-                     [](const PersonEintrag& a, const PersonEintrag& b) {
-                         return a.nummer < b.nummer;
-                     });
+    std::stable_sort(
+        personen_.begin(), personen_.end(),
+        [](const PersonEintrag& a, const PersonEintrag& b) { return a.nummer < b.nummer; });
     dao::Durchlauf z(*DB, "SELECT Quelle FROM Daten_DS WHERE Art = 'Z'");
     while (z.weiter())
         mit_assoziierten_.push_back(z.nummer(0));
@@ -148,9 +147,8 @@ bool Nachschlagetabellen::hat_assoziierte(RecordId person) {
 std::optional<Nachschlagetabellen::Person> Nachschlagetabellen::person(RecordId nummer) {
     if (!personen_geladen_)
         personen_laden();
-    auto it = std::lower_bound(
-        personen_.begin(), personen_.end(), nummer,
-        [](const PersonEintrag& e, RecordId n) { return e.nummer < n; });
+    auto it = std::lower_bound(personen_.begin(), personen_.end(), nummer,
+                               [](const PersonEintrag& e, RecordId n) { return e.nummer < n; });
     if (it == personen_.end() || it->nummer != nummer)
         return std::nullopt;
     return it->person;
@@ -227,7 +225,7 @@ const OrtEintrag& Nachschlagetabellen::ort(RecordId datensatz) {
 }
 
 const std::string* Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Recordset& rs,
-                                                RecordId datensatz) {
+                                                 RecordId datensatz) {
     auto& ziele = markiert_[&rs];
     auto it = ziele.find(datensatz);
     if (it == ziele.end()) {

@@ -106,7 +106,7 @@ private:
         RecordId nummer;
         Person person;
     };
-    std::vector<PersonEintrag> personen_;        // by number
+    std::vector<PersonEintrag> personen_;    // by number
     std::vector<RecordId> mit_assoziierten_; // sorted
     bool ereignisse_geladen_ = false;
     Ereignistabelle ereignisse_;

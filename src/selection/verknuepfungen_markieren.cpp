@@ -2,6 +2,7 @@
 
 #include "database/tabellen.h"
 #include "engine/connection_setup.h"
+#include "engine/durchlauf.h"
 
 #include <algorithm>
 #include <array>
@@ -30,10 +31,12 @@ struct Tabelle {
     char buchstabe;
 };
 
-const Tabelle Ereignisse{Verknuepft::Ereignis, "Ereignis", &rs_Ereignis, &Huelle::hat_ereignisse, 'E'};
+const Tabelle Ereignisse{Verknuepft::Ereignis, "Ereignis", &rs_Ereignis, &Huelle::hat_ereignisse,
+                         'E'};
 const Tabelle Notizen{Verknuepft::Notiz, "Notiz", &rs_Notiz, &Huelle::hat_notizen, 'R'};
 const Tabelle Orte{Verknuepft::Ort, "Ort", &rs_Ort, &Huelle::hat_orte, 'O'};
-const Tabelle Dokumente{Verknuepft::Dokument, "Dokument", &rs_Dokument, &Huelle::hat_dokumente, 'U'};
+const Tabelle Dokumente{Verknuepft::Dokument, "Dokument", &rs_Dokument, &Huelle::hat_dokumente,
+                        'U'};
 const Tabelle Adressen{Verknuepft::Adressen, "Adressen", &rs_Adressen, &Huelle::hat_adressen, 'A'};
 const Tabelle Bilder{Verknuepft::Bilder, "Bilder", &rs_Bilder, &Huelle::hat_bilder, 'B'};
 
@@ -105,11 +108,11 @@ public:
     // `nummern` sorted and unique.
     void setzen(std::vector<RecordId> nummern) {
         nummern_ = std::move(nummern);
-        dicht_ = !nummern_.empty() &&
-                 nummern_.back().units() - nummern_.front().units() ==
-                     static_cast<std::int64_t>(nummern_.size() - 1) * RecordId::Scale &&
-                 std::all_of(nummern_.begin(), nummern_.end(),
-                             [](RecordId n) { return n.isWhole(); });
+        dicht_ =
+            !nummern_.empty() &&
+            nummern_.back().units() - nummern_.front().units() ==
+                static_cast<std::int64_t>(nummern_.size() - 1) * RecordId::Scale &&
+            std::all_of(nummern_.begin(), nummern_.end(), [](RecordId n) { return n.isWhole(); });
     }
     std::uint32_t position(RecordId n) const {
         if (nummern_.empty())
@@ -161,12 +164,11 @@ RecordId verweis(const Value& v) {
     return v.isNull() ? RecordId() : v.toRecordId();
 }
 
-// Reads the rows of `sql` once, forward.
+// Reads the rows of `sql` once, forward, without a recordset's bookkeeping.
 template <class Zeile> void lesen(const std::string& sql, Zeile&& zeile) {
-    auto rs = DB->OpenRecordset(sql);
-    for (; !rs->Eof(); rs->MoveNext())
-        zeile(*rs);
-    rs->Close();
+    dao::Durchlauf rs(*DB, sql);
+    while (rs.weiter())
+        zeile(rs);
 }
 
 // The letter among `buchstaben` that `text` equals without regard to case as the tree's
@@ -196,8 +198,9 @@ bool ist_paar_art(const Value& art, const std::vector<std::int64_t>& paar_arten)
     if (art.kind() == Value::Kind::Integer)
         return std::binary_search(paar_arten.begin(), paar_arten.end(), art.toInt());
     if (art.kind() == Value::Kind::Double)
-        return std::any_of(paar_arten.begin(), paar_arten.end(),
-                           [&](std::int64_t a) { return static_cast<double>(a) == art.toDouble(); });
+        return std::any_of(paar_arten.begin(), paar_arten.end(), [&](std::int64_t a) {
+            return static_cast<double>(a) == art.toDouble();
+        });
     return false;
 }
 
@@ -257,23 +260,23 @@ private:
         const Verzeichnis& orte = b(Verknuepft::Ort).nummern;
         lesen(std::string("SELECT Counter") + felder + " FROM " +
                   VerknuepfteTabellen[static_cast<std::size_t>(t)],
-              [&](dao::Recordset& rs) {
-                  const Value counter = rs.get(0);
+              [&](dao::Durchlauf& rs) {
+                  const Value counter = rs.wert(0);
                   if (counter.isNull())
                       return;
                   nummern.push_back(counter.toRecordId());
                   if (t == Verknuepft::Ort) {
-                      feld.push_back(verweis(rs.get(1)));
+                      feld.push_back(verweis(rs.wert(1)));
                       return;
                   }
                   if (anzahl_felder >= 1) {
-                      const RecordId o = verweis(rs.get(1));
+                      const RecordId o = verweis(rs.wert(1));
                       ort.push_back(o.isZero() ? Kein : orte.position(o));
                   }
                   if (paar_arten)
-                      paar.push_back(ist_paar_art(rs.get(2), *paar_arten));
+                      paar.push_back(ist_paar_art(rs.wert(2), *paar_arten));
                   else if (anzahl_felder >= 2)
-                      feld.push_back(verweis(rs.get(2)));
+                      feld.push_back(verweis(rs.wert(2)));
               });
         ordnen(nummern, ort, feld, paar);
         ziel.nummern.setzen(std::move(nummern));
@@ -295,11 +298,10 @@ private:
             folge[i] = i;
         std::stable_sort(folge.begin(), folge.end(),
                          [&](std::uint32_t a, std::uint32_t b) { return nummern[a] < nummern[b]; });
-        folge.erase(std::unique(folge.begin(), folge.end(),
-                                [&](std::uint32_t a, std::uint32_t b) {
-                                    return nummern[a] == nummern[b];
-                                }),
-                    folge.end());
+        folge.erase(
+            std::unique(folge.begin(), folge.end(),
+                        [&](std::uint32_t a, std::uint32_t b) { return nummern[a] == nummern[b]; }),
+            folge.end());
         auto umstellen = [&](auto& v) {
             if (v.empty())
                 return;
@@ -327,13 +329,13 @@ private:
     void personen_lesen() {
         std::vector<RecordId> personen;
         lesen("SELECT Counter, Ort, GOrt, SOrt, Bild FROM Daten WHERE Markierung = True",
-              [&](dao::Recordset& rs) {
-                  const Value counter = rs.get(0);
+              [&](dao::Durchlauf& rs) {
+                  const Value counter = rs.wert(0);
                   if (!counter.isNull())
                       personen.push_back(counter.toRecordId());
-                  for (int feld = 1; feld <= 3; ++feld)
-                      b(Verknuepft::Ort).markieren(verweis(rs.get(feld)));
-                  b(Verknuepft::Bilder).markieren(verweis(rs.get(4)));
+                  for (int feld = 1; feld <= 4; ++feld)
+                      if (const RecordId n = verweis(rs.wert(feld)); !n.isZero())
+                          b(feld < 4 ? Verknuepft::Ort : Verknuepft::Bilder).markieren(n);
               });
         anzahl_ = static_cast<long long>(personen.size());
         std::sort(personen.begin(), personen.end());
@@ -353,8 +355,8 @@ private:
     void teilnahmen_lesen() {
         Bestand& e = b(Verknuepft::Ereignis);
         kandidat_.assign(e.nummern.size(), false);
-        lesen("SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS", [&](dao::Recordset& rs) {
-            const Value quelle = rs.get(0), ziel = rs.get(1);
+        lesen("SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS", [&](dao::Durchlauf& rs) {
+            const Value quelle = rs.wert(0), ziel = rs.wert(1);
             const std::uint32_t p = e.nummern.position(verweis(ziel));
             if (p == Kein)
                 return;
@@ -364,7 +366,7 @@ private:
                 else
                     e.markiert[p] = true;
             }
-            if (e.paar[p] && rs.get(2).text() == "d")
+            if (e.paar[p] && rs.wert(2).text() == "d")
                 hauptpersonen_.push_back({p, verweis(quelle)});
         });
     }
@@ -372,10 +374,9 @@ private:
     // Pass 1, the couples' events: the first and the last main person decide; both must be
     // selected. Fewer than two main persons (or one of number 0) leave the event out silently.
     void paare_markieren() {
-        std::stable_sort(hauptpersonen_.begin(), hauptpersonen_.end(),
-                         [](const Hauptperson& a, const Hauptperson& b) {
-                             return a.ereignis < b.ereignis;
-                         });
+        std::stable_sort(
+            hauptpersonen_.begin(), hauptpersonen_.end(),
+            [](const Hauptperson& a, const Hauptperson& b) { return a.ereignis < b.ereignis; });
         Bestand& e = b(Verknuepft::Ereignis);
         for (auto i = hauptpersonen_.begin(); i != hauptpersonen_.end();) {
             auto ende = std::find_if(i, hauptpersonen_.end(), [&](const Hauptperson& h) {
@@ -398,44 +399,44 @@ private:
     // The general links. Those of the marked persons are followed at once (pass 1); those
     // of the other tables are kept for their passes, by positions.
     void quellen_lesen() {
-        lesen("SELECT Quelle, Art_Quelle, Ziel, Art_Ziel FROM Quellen_DS",
-              [&](dao::Recordset& rs) {
-                  const std::optional<Verknuepft> t = ziel_tabelle(rs.get(3).text());
-                  const Value quelle = rs.get(0);
-                  if (!t || quelle.isNull())
-                      return;
-                  const char art = buchstabe_ohne_fall(rs.get(1).text(), "DEUAB");
-                  if (!art)
-                      return;
-                  // A target of Null is looked up as 0, as a seek does.
-                  const std::uint32_t ziel = b(*t).nummern.position(verweis(rs.get(2)));
-                  if (ziel == Kein)
-                      return;
-                  if (art == 'D') {
-                      if (personen_.enthaelt(quelle.toRecordId()))
-                          b(*t).markiert[ziel] = true;
-                      return;
-                  }
-                  const Verknuepft q = art == 'E'   ? Verknuepft::Ereignis
-                                       : art == 'U' ? Verknuepft::Dokument
-                                       : art == 'A' ? Verknuepft::Adressen
-                                                    : Verknuepft::Bilder;
-                  const std::uint32_t von = b(q).nummern.position(quelle.toRecordId());
-                  if (von != Kein)
-                      quellen_[static_cast<std::size_t>(q)].push_back({von, ziel, *t});
-              });
+        lesen("SELECT Quelle, Art_Quelle, Ziel, Art_Ziel FROM Quellen_DS", [&](dao::Durchlauf& rs) {
+            const std::optional<Verknuepft> t = ziel_tabelle(rs.wert(3).text());
+            const Value quelle = rs.wert(0);
+            if (!t || quelle.isNull())
+                return;
+            const char art = buchstabe_ohne_fall(rs.wert(1).text(), "DEUAB");
+            if (!art)
+                return;
+            // A target of Null is looked up as 0, as a seek does.
+            const std::uint32_t ziel = b(*t).nummern.position(verweis(rs.wert(2)));
+            if (ziel == Kein)
+                return;
+            if (art == 'D') {
+                if (personen_.enthaelt(quelle.toRecordId()))
+                    b(*t).markiert[ziel] = true;
+                return;
+            }
+            const Verknuepft q = art == 'E'   ? Verknuepft::Ereignis
+                                 : art == 'U' ? Verknuepft::Dokument
+                                 : art == 'A' ? Verknuepft::Adressen
+                                              : Verknuepft::Bilder;
+            const std::uint32_t von = b(q).nummern.position(quelle.toRecordId());
+            if (von != Kein)
+                quellen_[static_cast<std::size_t>(q)].push_back({von, ziel, *t});
+        });
     }
 
     // The address links, the same way: to an address that exists, never to 0.
     void adressen_lesen() {
-        lesen("SELECT Quelle, Ziel, Ursprung FROM Adressen_DS", [&](dao::Recordset& rs) {
-            const Value quelle = rs.get(0), ziel = rs.get(1);
+        lesen("SELECT Quelle, Ziel, Ursprung FROM Adressen_DS", [&](dao::Durchlauf& rs) {
+            const Value quelle = rs.wert(0), ziel = rs.wert(1);
             if (quelle.isNull() || verweis(ziel).isZero())
                 return;
-            const char art = buchstabe_ohne_fall(rs.get(2).text(), "DURO");
+            const char art = buchstabe_ohne_fall(rs.wert(2).text(), "DURO");
             if (!art)
                 return;
-            const std::uint32_t adresse = b(Verknuepft::Adressen).nummern.position(ziel.toRecordId());
+            const std::uint32_t adresse =
+                b(Verknuepft::Adressen).nummern.position(ziel.toRecordId());
             if (adresse == Kein)
                 return;
             if (art == 'D') {
@@ -448,8 +449,8 @@ private:
                                               : Verknuepft::Ort;
             const std::uint32_t von = b(q).nummern.position(quelle.toRecordId());
             if (von != Kein)
-                adressen_[static_cast<std::size_t>(q)].push_back({von, adresse,
-                                                                  Verknuepft::Adressen});
+                adressen_[static_cast<std::size_t>(q)].push_back(
+                    {von, adresse, Verknuepft::Adressen});
         });
     }
 

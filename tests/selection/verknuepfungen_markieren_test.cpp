@@ -6,6 +6,10 @@
 #include "wizard/seiten.h"
 #include "wizard/verknuepfungen.h"
 
+#include <map>
+#include <random>
+#include <tuple>
+
 using namespace folio;
 using Closure = test::SelectionFixture;
 using S = std::set<int>;
@@ -163,4 +167,236 @@ TEST_F(Closure, LettersAndZerosOfTheLinkTables) {
     EXPECT_EQ(form.knopf(1, "Ereignisse").get("Value").toInt(), 1);
     EXPECT_TRUE(form.knopf(1, "Notizen").get("Enabled").toBool());
     EXPECT_FALSE(form.knopf(1, "Orte").get("Enabled").toBool());
+}
+
+namespace {
+
+// The closure as nine passes of SQL over the tree, each marking as it goes: the measure for
+// the closure that runs over the numbers in memory.
+struct Passes {
+    Huelle h;
+    std::vector<std::int64_t> paar_arten;
+
+    static std::string feld(const char* f, const char* t) {
+        return std::string("SELECT ") + f + " FROM " + t + " WHERE Markierung = True AND " + f +
+               " <> 0";
+    }
+    static std::string counter(const char* t) {
+        return std::string("SELECT Counter FROM ") + t + " WHERE Markierung = True";
+    }
+    static bool Huelle::*flag(const std::string& t) {
+        if (t == "Ereignis")
+            return &Huelle::hat_ereignisse;
+        if (t == "Ort")
+            return &Huelle::hat_orte;
+        if (t == "Notiz")
+            return &Huelle::hat_notizen;
+        if (t == "Dokument")
+            return &Huelle::hat_dokumente;
+        if (t == "Bilder")
+            return &Huelle::hat_bilder;
+        return &Huelle::hat_adressen;
+    }
+    void mark(const std::string& t, const std::string& nummern, const std::string& und = "") {
+        DB->Execute("UPDATE " + t + " SET Markierung = -1 WHERE Counter IN (" + nummern + ")" +
+                    (und.empty() ? "" : " AND " + und));
+        if (DB->RecordsAffected() > 0)
+            h.*flag(t) = true;
+    }
+    void quellen(const std::string& von, const char* art) {
+        std::vector<std::pair<std::string, RecordId>> ziele;
+        auto rs = DB->OpenRecordset(std::string("SELECT Art_Ziel, Ziel FROM Quellen_DS WHERE "
+                                                "Art_Quelle = '") +
+                                    art + "' AND Quelle IN (" + von + ")");
+        for (; !rs->Eof(); rs->MoveNext())
+            ziele.emplace_back(rs->get(0).text(), rs->get(1).toRecordId());
+        rs->Close();
+        const std::pair<const char*, const char*> tabellen[] = {
+            {"E", "Ereignis"}, {"R", "Notiz"},    {"O", "Ort"},
+            {"U", "Dokument"}, {"A", "Adressen"}, {"B", "Bilder"}};
+        for (const auto& [b, ziel] : ziele)
+            for (const auto& [buchstabe, t] : tabellen)
+                if (b == buchstabe)
+                    mark(t, ziel.sqlLiteral());
+    }
+    void adressen(const std::string& von, const char* art) {
+        mark("Adressen", std::string("SELECT Ziel FROM Adressen_DS WHERE ursprung = '") + art +
+                             "' AND Ziel <> 0 AND Quelle IN (" + von + ")");
+    }
+    std::string paar_liste() const {
+        std::string s;
+        for (std::int64_t a : paar_arten)
+            s += (s.empty() ? "" : ", ") + std::to_string(a);
+        return s;
+    }
+    void paare(const std::string& ereignisse) {
+        std::vector<RecordId> kandidaten;
+        auto rs = DB->OpenRecordset("SELECT Counter FROM Ereignis WHERE Art IN (" + paar_liste() +
+                                    ") AND Counter IN (" + ereignisse + ")");
+        for (; !rs->Eof(); rs->MoveNext())
+            kandidaten.push_back(rs->get(0).toRecordId());
+        rs->Close();
+        auto gewaehlt = [](RecordId p) {
+            return DB->OpenRecordset("SELECT count(*) FROM Daten WHERE Markierung = True AND "
+                                     "Counter = " +
+                                     p.sqlLiteral())
+                       ->get(0)
+                       .toInt() > 0;
+        };
+        for (RecordId e : kandidaten) {
+            // The main persons in the order of the table.
+            std::vector<RecordId> haupt;
+            auto d = DB->OpenRecordset("SELECT Quelle, Ursprung, Ziel FROM Ereignis_DS");
+            for (; !d->Eof(); d->MoveNext())
+                if (d->get(1).text() == "d" && d->get(2).toRecordId() == e)
+                    haupt.push_back(d->get(0).toRecordId());
+            d->Close();
+            if (haupt.size() < 2 || haupt.front().isZero() || haupt.back().isZero())
+                continue;
+            if (gewaehlt(haupt.front()) && gewaehlt(haupt.back()))
+                mark("Ereignis", e.sqlLiteral());
+            else
+                h.partner_fehlt = true;
+        }
+    }
+    void run() {
+        for (const char* t : VerknuepfteTabellen)
+            DB->Execute(std::string("UPDATE ") + t + " SET Markierung = 0 WHERE Markierung <> 0");
+        std::map<std::int64_t, std::int64_t> katalog;
+        for (rs_Deutsch->MoveFirst(); !rs_Deutsch->Eof(); rs_Deutsch->MoveNext())
+            katalog.emplace(rs_Deutsch->get("Index").toInt(),
+                            rs_Deutsch->get("maxhauptpersonen").toInt());
+        for (const auto& [art, anzahl] : katalog)
+            if (anzahl != 1)
+                paar_arten.push_back(art);
+        const std::string p = counter("Daten");
+        const std::string ereignisse = "SELECT Ziel FROM Ereignis_DS WHERE Quelle IN (" + p + ")";
+        mark("Ereignis", ereignisse, "(Art IS NULL OR Art NOT IN (" + paar_liste() + "))");
+        paare(ereignisse);
+        for (const char* f : {"Ort", "GOrt", "SOrt"})
+            mark("Ort", feld(f, "Daten"));
+        mark("Bilder", feld("Bild", "Daten"));
+        quellen(p, "D");
+        adressen(p, "D");
+        mark("Ort", feld("Ort", "Ereignis"));
+        quellen(counter("Ereignis"), "E");
+        mark("Ort", feld("Ort", "Dokument"));
+        adressen(counter("Dokument"), "U");
+        quellen(counter("Dokument"), "U");
+        adressen(counter("Notiz"), "R");
+        mark("Ort", feld("Ort", "Adressen"));
+        quellen(counter("Adressen"), "A");
+        mark("Ort", feld("Ort", "Bilder"));
+        quellen(counter("Bilder"), "B");
+        mark("Bilder", feld("Bild", "Ort"));
+        mark("Notiz", feld("Notiz", "Dokument"));
+        adressen(counter("Ort"), "O");
+    }
+};
+
+struct Stumm : Huellenanzeige {
+    void balken(long long, long long) override {}
+    void ereignisse() override {}
+};
+
+// Every record's mark in the six tables, Null apart, in the order of the table.
+std::string marken() {
+    std::string s;
+    for (const char* t : VerknuepfteTabellen) {
+        s += std::string("\n") + t + ":";
+        auto rs = DB->OpenRecordset(std::string("SELECT Counter, Markierung FROM ") + t +
+                                    " ORDER BY rowid");
+        for (; !rs->Eof(); rs->MoveNext())
+            s += " " + rs->get(0).text() + "=" +
+                 (rs->get(1).isNull() ? "N" : std::to_string(rs->get(1).toInt()));
+    }
+    return s;
+}
+
+} // namespace
+
+TEST_F(Closure, InMemoryClosureMarksWhatThePassesMarkOnRandomTrees) {
+    const char* tabellen[] = {"Daten", "Ereignis", "Dokument",    "Notiz",      "Bilder",
+                              "Ort",   "Adressen", "Ereignis_DS", "Quellen_DS", "Adressen_DS"};
+    // Small numbers, so that links meet, miss and repeat; Null and 0 among them.
+    auto baum = [&](unsigned seed) {
+        std::mt19937 zufall(seed);
+        auto zahl = [&](int n) { return static_cast<int>(zufall() % static_cast<unsigned>(n)); };
+        auto nummer = [&] {
+            const int z = zahl(16);
+            return z == 15 ? std::string("NULL") : std::to_string(z);
+        };
+        auto aus = [&](std::initializer_list<const char*> werte) {
+            const char* w = *(werte.begin() + zahl(static_cast<int>(werte.size())));
+            return w ? "'" + std::string(w) + "'" : std::string("NULL");
+        };
+        auto marke = [&] { return zahl(4) == 0 ? "NULL" : zahl(2) ? "-1" : "0"; };
+        dao::Transaction schreiben(*DB);
+        for (const char* t : tabellen)
+            DB->Execute(std::string("DELETE FROM ") + t);
+        for (int p = 1; p <= 8; ++p)
+            DB->Execute("INSERT INTO Daten (Counter, Markierung, Ort, GOrt, SOrt, Bild) VALUES (" +
+                        std::to_string(p) + ", " + (zahl(3) ? "-1" : "0") + ", " + nummer() + ", " +
+                        nummer() + ", " + nummer() + ", " + nummer() + ")");
+        // Records marked before, records without a number, and numbers missing.
+        const std::tuple<const char*, const char*, int> felder[] = {{"Ereignis", ", Art, Ort", 0},
+                                                                    {"Dokument", ", Ort, Notiz", 2},
+                                                                    {"Notiz", "", 0},
+                                                                    {"Bilder", ", Ort", 1},
+                                                                    {"Ort", ", Bild", 1},
+                                                                    {"Adressen", ", Ort", 1}};
+        for (const auto& [t, f, n] : felder) {
+            for (int c = 0; c <= 14; ++c) {
+                if (zahl(4) == 0)
+                    continue;
+                std::string werte = c == 14 ? "NULL" : std::to_string(c);
+                werte += std::string(", ") + marke();
+                if (std::string(t) == "Ereignis")
+                    werte += ", " + aus({"1", "10", "99", nullptr, "10"}) + ", " + nummer();
+                else
+                    for (int i = 0; i < n; ++i)
+                        werte += ", " + nummer();
+                DB->Execute(std::string("INSERT INTO ") + t + " (Counter, Markierung" + f +
+                            ") VALUES (" + werte + ")");
+            }
+        }
+        for (int l = 0; l < 40; ++l)
+            DB->Execute("INSERT INTO Ereignis_DS (Counter, Quelle, Ziel, Ursprung) VALUES (" +
+                        std::to_string(l) + ", " + nummer() + ", " + nummer() + ", " +
+                        aus({"d", "d", "D", "Z", nullptr}) + ")");
+        for (int l = 0; l < 60; ++l)
+            DB->Execute(
+                "INSERT INTO Quellen_DS (Counter, Quelle, Art_Quelle, Ziel, Art_Ziel) VALUES (" +
+                std::to_string(l) + ", " + nummer() + ", " +
+                aus({"D", "d", "E", "e", "U", "u", "A", "B", "b", "R", "O", "X", nullptr}) + ", " +
+                nummer() + ", " + aus({"E", "R", "O", "U", "A", "B", "r", "e", "X", nullptr}) +
+                ")");
+        for (int l = 0; l < 20; ++l)
+            DB->Execute("INSERT INTO Adressen_DS (Counter, Quelle, Ziel, Ursprung) VALUES (" +
+                        std::to_string(l) + ", " + nummer() + ", " + nummer() + ", " +
+                        aus({"D", "d", "U", "u", "R", "O", "o", "X", nullptr}) + ")");
+        schreiben.commit();
+    };
+    for (unsigned seed = 1; seed <= 300; ++seed) {
+        SCOPED_TRACE(seed);
+        baum(seed);
+        Passes alt;
+        {
+            dao::Transaction schreiben(*DB);
+            alt.run();
+            schreiben.commit();
+        }
+        const std::string erwartet = marken();
+        baum(seed);
+        Stumm stumm;
+        const Huelle neu = huelle_bilden(stumm);
+        ASSERT_EQ(marken(), erwartet);
+        EXPECT_EQ(neu.partner_fehlt, alt.h.partner_fehlt);
+        EXPECT_EQ(neu.hat_ereignisse, alt.h.hat_ereignisse);
+        EXPECT_EQ(neu.hat_orte, alt.h.hat_orte);
+        EXPECT_EQ(neu.hat_notizen, alt.h.hat_notizen);
+        EXPECT_EQ(neu.hat_dokumente, alt.h.hat_dokumente);
+        EXPECT_EQ(neu.hat_bilder, alt.h.hat_bilder);
+        EXPECT_EQ(neu.hat_adressen, alt.h.hat_adressen);
+    }
 }
