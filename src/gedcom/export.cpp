@@ -3,6 +3,7 @@
 #include "database/tabellen.h"
 #include "engine/abbruch.h"
 #include "engine/date_time.h"
+#include "engine/durchlauf.h"
 #include "engine/errors.h"
 #include "engine/text_util.h"
 #include "frame/sprache.h"
@@ -85,18 +86,35 @@ void exportieren(const Exportoptionen& optionen, const std::string& ziel,
     datei.abschliessen();
 }
 
+namespace {
+
+// The number of rows that the last row of the query would tell, counted by the database: a
+// move to the last row would fix every row first and make each read a lookup.
+std::int64_t zeilenzahl(const std::string& sql) {
+    std::string innen = sql;
+    while (!innen.empty() && (innen.back() == ';' || innen.back() == ' '))
+        innen.pop_back();
+    return DB->OpenRecordset("SELECT count(*) FROM (" + innen + ")")->get(0).toInt();
+}
+
+} // namespace
+
+void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, double spanne,
+                        const std::function<void(const dao::Durchlauf&)>& schreiben) {
+    const std::int64_t gesamt = zeilenzahl(sql);
+    dao::Durchlauf zeilen(*DB, sql);
+    for (std::int64_t anzahl = 1; zeilen.weiter(); ++anzahl) {
+        fortschritt_setzen(lauf, anzahl, gesamt, basis, spanne);
+        schreiben(zeilen);
+    }
+}
+
 void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, double spanne,
                         const std::function<void(dao::Recordset&)>& schreiben) {
     auto rs = DB->OpenRecordset(sql);
     if (rs->Eof())
         return;
-    // The number of rows that the last row of the query would tell, counted by the database:
-    // a move to the last row would fix every row first and make each read a lookup.
-    std::string innen = sql;
-    while (!innen.empty() && (innen.back() == ';' || innen.back() == ' '))
-        innen.pop_back();
-    const std::int64_t gesamt =
-        DB->OpenRecordset("SELECT count(*) FROM (" + innen + ")")->get(0).toInt();
+    const std::int64_t gesamt = zeilenzahl(sql);
     std::int64_t anzahl = 0;
     for (; !rs->Eof(); rs->MoveNext()) {
         fortschritt_setzen(lauf, ++anzahl, gesamt, basis, spanne);

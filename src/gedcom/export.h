@@ -12,8 +12,9 @@
 namespace folio {
 
 namespace dao {
+class Durchlauf;
 class Recordset;
-}
+} // namespace dao
 
 // Writes the marked records of the open database to `ziel`. The database and its long-lived
 // cursors must be open. Raises where the run fails (the old target stays as it was, no part
@@ -29,6 +30,9 @@ void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, 
 // the table; the marks are the run's where it was given them, else the tree's.
 void markierte_durchlaufen(Exportlauf& lauf, Verknuepft tabelle, double basis, double spanne,
                            const std::function<void(dao::Recordset&)>& schreiben);
+// The same in one forward pass, reading the columns by their position.
+void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, double spanne,
+                        const std::function<void(const dao::Durchlauf&)>& schreiben);
 // The progress at row `anzahl` of `gesamt`: the share of `spanne` on top of `basis`.
 void fortschritt_setzen(Exportlauf& lauf, std::int64_t anzahl, std::int64_t gesamt, double basis,
                         double spanne);

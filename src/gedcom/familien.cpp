@@ -1,6 +1,7 @@
 #include "gedcom/familien.h"
 
 #include "database/tabellen.h"
+#include "engine/durchlauf.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/export.h"
 #include "gedcom/exportlauf.h"
@@ -93,11 +94,11 @@ void familie_schreiben(Exportlauf& lauf, const Familientabelle& tabelle, std::si
 } // namespace
 
 void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
-    zeilen_durchlaufen(lauf, "SELECT * FROM Daten WHERE Markierung = TRUE ;", 5, 5,
-                       [&](dao::Recordset& person) {
-                           const RecordId vater = person.get("Vater").toRecordId();
-                           const RecordId mutter = person.get("Mutter").toRecordId();
-                           tabelle.kind_merken(person.get("Counter").toRecordId(), vater, mutter);
+    zeilen_durchlaufen(lauf, "SELECT Counter, Vater, Mutter FROM Daten WHERE Markierung = TRUE ;",
+                       5, 5, [&](const dao::Durchlauf& person) {
+                           const RecordId vater = person.nummer(1);
+                           const RecordId mutter = person.nummer(2);
+                           tabelle.kind_merken(person.nummer(0), vater, mutter);
                            // The stored parents against the rows, which hold the cleared ones:
                            // where a parent isn't marked, a brother's or sister's row isn't found
                            // and the child adds its own.

@@ -1,6 +1,7 @@
 #include "gedcom/personen.h"
 
 #include "database/tabellen.h"
+#include "engine/durchlauf.h"
 #include "engine/text_util.h"
 #include "engine/utf8.h"
 #include "frame/sprache.h"
@@ -44,9 +45,39 @@ std::string rolle(const std::string& asso) {
     return r;
 }
 
-void namen(Exportlauf& lauf, dao::Recordset& p, bool geschuetzt) {
-    const std::string givn = p.get("GIVN").text();
-    const std::string surn = p.get("SURN").text();
+// The fields of a person that the writer reads, in the order of its query.
+enum Feld : int {
+    Counter,
+    Lebt,
+    GIVN,
+    SURN,
+    ABBR,
+    NICK,
+    NPFX,
+    NFSX,
+    SPFX,
+    NameNOTE,
+    Geschlecht,
+    TITL,
+    OCCU,
+    Memo,
+    Ort,
+    Bild,
+    Notiz,
+    Religion,
+    Geaendert,
+    GUID,
+    Vater,
+    Mutter
+};
+const char* const Personen =
+    "SELECT Counter, Lebt, GIVN, SURN, ABBR, NICK, NPFX, NFSX, SPFX, NameNOTE, Geschlecht, TITL, "
+    "OCCU, Memo, Ort, Bild, Notiz, Religion, geaendert, GUID, Vater, Mutter FROM Daten WHERE "
+    "Markierung = TRUE ;";
+
+void namen(Exportlauf& lauf, const dao::Durchlauf& p, bool geschuetzt) {
+    const std::string givn = p.text(GIVN);
+    const std::string surn = p.text(SURN);
     zeile(lauf, 1, "NAME " + (geschuetzt ? initiale(givn) : givn) + " /" + surn + "/");
     if (!isBlank(givn))
         zeile(lauf, 2, "GIVN " + (geschuetzt ? initiale(givn) : trimmed(givn)));
@@ -54,17 +85,13 @@ void namen(Exportlauf& lauf, dao::Recordset& p, bool geschuetzt) {
         zeile(lauf, 2, "SURN " + trimmed(surn));
     if (geschuetzt)
         return;
-    for (const auto& [feld, tag] :
-         std::array<std::pair<const char*, const char*>, 5>{{{"ABBR", "ABBR"},
-                                                             {"NICK", "NICK"},
-                                                             {"NPFX", "NPFX"},
-                                                             {"NFSX", "NSFX"},
-                                                             {"SPFX", "SPFX"}}}) {
-        const std::string wert = p.get(feld).text();
+    for (const auto& [feld, tag] : std::array<std::pair<Feld, const char*>, 5>{
+             {{ABBR, "ABBR"}, {NICK, "NICK"}, {NPFX, "NPFX"}, {NFSX, "NSFX"}, {SPFX, "SPFX"}}}) {
+        const std::string wert = p.text(feld);
         if (!isBlank(wert))
             zeile(lauf, 2, std::string(tag) + " " + trimmed(wert));
     }
-    const std::string notiz = p.get("NameNOTE").text();
+    const std::string notiz = p.text(NameNOTE);
     if (!isBlank(notiz))
         GEDtext(lauf, 2, "NOTE", notiz);
 }
@@ -112,35 +139,33 @@ void familien(Exportlauf& lauf, const Familientabelle& tabelle, RecordId person,
     }
 }
 
-void person_schreiben(Exportlauf& lauf, dao::Recordset& p, const Familientabelle& tabelle) {
+void person_schreiben(Exportlauf& lauf, const dao::Durchlauf& p, const Familientabelle& tabelle) {
     // The privacy options hold for living persons alone.
     const Exportoptionen& o = lauf.optionen;
-    const bool lebt = p.get("Lebt").toBool();
+    const bool lebt = p.wahr(Lebt);
     const bool vornamen_kuerzen = lebt && o.vornamen_kuerzen, ohne_titel = lebt && o.ohne_titel,
                ohne_lebensdaten = lebt && o.ohne_lebensdaten,
                ohne_verknuepfungen = lebt && o.ohne_verknuepfungen;
-    const RecordId counter = p.get("Counter").toRecordId();
+    const RecordId counter = p.nummer(Counter);
 
     zeile(lauf, "0 @I" + counter.text() + "@ INDI");
     namen(lauf, p, vornamen_kuerzen);
-    zeile(lauf, 1, p.get("Geschlecht").text() == "M" ? "SEX M" : "SEX F");
-    const std::string titl = p.get("TITL").text();
+    zeile(lauf, 1, p.text(Geschlecht) == "M" ? "SEX M" : "SEX F");
+    const std::string titl = p.text(TITL);
     if (!isBlank(titl) && !ohne_titel)
         zeile(lauf, 1, "TITL " + trimmed(titl));
     if (!ohne_lebensdaten) {
-        const Value occu = p.get("OCCU");
-        if (!occu.isNull() && !isBlank(occu.text()))
-            GEDtext(lauf, 1, "OCCU", occu.text());
+        const std::string occu = p.text(OCCU);
+        if (!p.istNull(OCCU) && !isBlank(occu))
+            GEDtext(lauf, 1, "OCCU", occu);
         ereignisse(lauf, counter);
     }
     if (!ohne_verknuepfungen) {
-        const Value memo = p.get("Memo");
-        const std::string klartext = memo.isNull() ? "" : rtf_klartext(memo.text());
+        const std::string klartext = p.istNull(Memo) ? "" : rtf_klartext(p.text(Memo));
         if (!isBlank(klartext))
             GEDtext(lauf, 1, "NOTE", klartext);
-        const RecordId ort = p.get("Ort").toRecordId(), bild = p.get("Bild").toRecordId(),
-                       notiz = p.get("Notiz").toRecordId();
-        const std::string religion = p.get("Religion").text();
+        const RecordId ort = p.nummer(Ort), bild = p.nummer(Bild), notiz = p.nummer(Notiz);
+        const std::string religion = p.text(Religion);
         if (!o.nur_55)
             ortschreiben(lauf, 1, ort);
         Bildverknuepfungschreiben(lauf, 1, bild);
@@ -148,21 +173,21 @@ void person_schreiben(Exportlauf& lauf, dao::Recordset& p, const Familientabelle
         if (!isBlank(religion))
             zeile(lauf, 1, "RELI " + trimmed(religion));
     }
-    Chanschreiben(lauf, 1, p.get("geaendert"));
-    const Value guid = p.get("GUID");
-    if (!guid.isNull())
-        zeile(lauf, 1, "_UID " + mitte(guid.text(), 2, 36)); // without the braces
+    Chanschreiben(lauf, 1, p.wert(Geaendert));
+    if (!p.istNull(GUID))
+        zeile(lauf, 1, "_UID " + mitte(p.text(GUID), 2, 36)); // without the braces
     if (!ohne_verknuepfungen)
         Quellenschreiben(lauf, 1, counter, "D");
     assoziierte(lauf, counter);
-    familien(lauf, tabelle, counter, p.get("Vater").toRecordId(), p.get("Mutter").toRecordId());
+    familien(lauf, tabelle, counter, p.nummer(Vater), p.nummer(Mutter));
 }
 
 } // namespace
 
 void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien) {
-    zeilen_durchlaufen(lauf, "SELECT * FROM Daten WHERE Markierung = TRUE ;", 15, 50,
-                       [&](dao::Recordset& person) { person_schreiben(lauf, person, familien); });
+    zeilen_durchlaufen(lauf, Personen, 15, 50, [&](const dao::Durchlauf& person) {
+        person_schreiben(lauf, person, familien);
+    });
 }
 
 } // namespace folio
