@@ -62,13 +62,12 @@ char buchstabe(const std::string& s) {
 } // namespace
 
 void Nachschlagetabellen::beteiligte_laden() {
-    auto rs = DB->OpenRecordset("SELECT Ziel, Quelle, Ursprung, ASSO FROM Ereignis_DS");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        std::string ursprung = rs->get("Ursprung").text();
+    dao::Durchlauf rs(*DB, "SELECT Ziel, Quelle, Ursprung, ASSO FROM Ereignis_DS");
+    while (rs.weiter()) {
+        std::string ursprung = rs.text(2);
         if (upperAscii(ursprung) == "D")
             continue; // main persons are no associates of their own event
-        beteiligte_.push_back({rs->get("Ziel").toRecordId(), rs->get("Quelle").toRecordId(),
-                               std::move(ursprung), rs->get("ASSO").text()});
+        beteiligte_.push_back({rs.nummer(0), rs.nummer(1), std::move(ursprung), rs.text(3)});
     }
     std::stable_sort(
         beteiligte_.begin(), beteiligte_.end(),
@@ -97,12 +96,10 @@ void Nachschlagetabellen::beteiligte_laden() {
 // All general links, read in one pass over the table instead of one query per record.
 void Nachschlagetabellen::verknuepfungen_laden() {
     verknuepfungen_.reserve(static_cast<std::size_t>(anzahl("SELECT count(*) FROM Quellen_DS")));
-    auto rs = DB->OpenRecordset("SELECT Quelle, Art_Quelle, Ziel, Art_Ziel FROM Quellen_DS");
-    for (; !rs->Eof(); rs->MoveNext())
-        verknuepfungen_.push_back({rs->get("Quelle").toRecordId(),
-                                   grossbuchstabe(buchstabe(rs->get("Art_Quelle").text())),
-                                   buchstabe(rs->get("Art_Ziel").text()),
-                                   rs->get("Ziel").toRecordId()});
+    dao::Durchlauf rs(*DB, "SELECT Quelle, Art_Quelle, Ziel, Art_Ziel FROM Quellen_DS");
+    while (rs.weiter())
+        verknuepfungen_.push_back({rs.nummer(0), grossbuchstabe(buchstabe(rs.text(1))),
+                                   buchstabe(rs.text(3)), rs.nummer(2)});
     std::stable_sort(verknuepfungen_.begin(), verknuepfungen_.end(),
                      [](const Verknuepfung& a, const Verknuepfung& b) {
                          if (a.quelle != b.quelle)
