@@ -42,6 +42,9 @@ std::int64_t Durchlauf::ganz(int spalte) const {
 }
 
 bool Durchlauf::wahr(int spalte) const {
+    if (typen_[static_cast<std::size_t>(spalte)] == FieldType::Boolean &&
+        stmt_.type(spalte) == SQLITE_INTEGER)
+        return stmt_.int64(spalte) != 0;
     return wert(spalte).toBool();
 }
 
@@ -50,6 +53,18 @@ std::string Durchlauf::text(int spalte) const {
         !dynamisch_[static_cast<std::size_t>(spalte)])
         return spaltentext(stmt_.get(), spalte);
     return wert(spalte).text();
+}
+
+std::string_view Durchlauf::textAnsicht(int spalte) const {
+    if (isTextType(typen_[static_cast<std::size_t>(spalte)]) &&
+        !dynamisch_[static_cast<std::size_t>(spalte)]) {
+        const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(stmt_.get(), spalte));
+        return p ? std::string_view(
+                       p, static_cast<std::size_t>(sqlite3_column_bytes(stmt_.get(), spalte)))
+                 : std::string_view();
+    }
+    umgewandelt_ = wert(spalte).text();
+    return umgewandelt_;
 }
 
 } // namespace folio::dao

@@ -36,11 +36,14 @@ public:
     std::int64_t ganz(int spalte) const;
     bool wahr(int spalte) const;
     std::string text(int spalte) const;
+    // The same as text(), valid until the next move: no copy where the column holds text.
+    std::string_view textAnsicht(int spalte) const;
 
 private:
     sqlite::Statement stmt_;
     std::vector<FieldType> typen_;
     std::vector<bool> dynamisch_;
+    mutable std::string umgewandelt_; // the text of a column that holds none, for textAnsicht
 };
 
 } // namespace folio::dao

@@ -99,10 +99,14 @@ void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aende
             const double tage = e.wert(12).toDate().days();
             daten_.append(reinterpret_cast<const char*>(&tage), sizeof tage);
         }
-        text_anhaengen(daten_, e.text(3));
-        text_anhaengen(daten_, e.text(7));
-        text_anhaengen(daten_, rtf_klartext(e.text(8)));
-        text_anhaengen(daten_, e.text(9));
+        text_anhaengen(daten_, e.textAnsicht(3));
+        text_anhaengen(daten_, e.textAnsicht(7));
+        const std::string_view text = e.textAnsicht(8);
+        if (text.starts_with("{\\rtf"))
+            text_anhaengen(daten_, rtf_klartext(std::string(text)));
+        else
+            text_anhaengen(daten_, text); // a text without RTF is its own plain text
+        text_anhaengen(daten_, e.textAnsicht(9));
     }
     // The first row of a number is the one that a seek finds.
     std::stable_sort(eintraege_.begin(), eintraege_.end(),

@@ -77,6 +77,8 @@ public:
     Fortschrittsanzeige& fortschritt;
     // Records that the writers look up again and again, kept for this run.
     Nachschlagetabellen tabellen;
+    // Room for the line being written, kept so that a line costs no allocation.
+    std::string zeilenpuffer;
 };
 
 } // namespace folio

@@ -6,6 +6,8 @@
 #include "gedcom/exportlauf.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <string_view>
 
 namespace folio {
 
@@ -62,9 +64,27 @@ std::u32string falten(const std::u32string& t) {
     return out;
 }
 
-// Writes a string of one or more lines, each ending in CR LF, as it stands.
-void zeilen_ausgeben(Exportlauf& lauf, const std::string& zeilen) {
-    lauf.ausgabe.schreiben(z(lauf.optionen.zeichensatz, zeilen) + "\r\n");
+// Writes `kopf` and `text` as one or more lines ending in CR LF, in the run's character set;
+// `einzeilig` turns control characters into blanks first. Valid UTF-8 for a UTF-8 file, the
+// common case, goes straight into the run's line buffer: a line costs no allocation.
+void ausgeben(Exportlauf& lauf, std::string_view kopf, std::string_view text, bool einzeilig) {
+    std::string& puffer = lauf.zeilenpuffer;
+    puffer.clear();
+    if (lauf.optionen.zeichensatz == Zeichensatz::Utf8 && isUtf8(text)) {
+        puffer.append(kopf);
+        puffer.append(text);
+        if (einzeilig)
+            for (std::size_t i = kopf.size(); i < puffer.size(); ++i)
+                if (static_cast<unsigned char>(puffer[i]) < 0x20 && puffer[i] != '\t')
+                    puffer[i] = ' ';
+    } else {
+        std::string zeile(kopf);
+        zeile.append(text);
+        puffer = z(lauf.optionen.zeichensatz,
+                   einzeilig ? folio::einzeilig(std::move(zeile)) : std::move(zeile));
+    }
+    puffer.append("\r\n");
+    lauf.ausgabe.schreiben(puffer);
 }
 
 } // namespace
@@ -86,11 +106,13 @@ std::string einzeilig(std::string text) {
 }
 
 void zeile(Exportlauf& lauf, const std::string& text) {
-    zeilen_ausgeben(lauf, einzeilig(text));
+    ausgeben(lauf, {}, text, true);
 }
 
 void zeile(Exportlauf& lauf, int ebene, const std::string& text) {
-    zeile(lauf, std::to_string(ebene) + " " + text);
+    char kopf[16];
+    const auto n = std::snprintf(kopf, sizeof kopf, "%d ", ebene);
+    ausgeben(lauf, std::string_view(kopf, static_cast<std::size_t>(n)), text, true);
 }
 
 std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const std::string& text) {
@@ -118,7 +140,7 @@ void GEDtext(Exportlauf& lauf, std::int16_t ebene, const std::string& tag,
              const std::string& text) {
     const std::string gefaltet = gedtext_gefaltet(ebene, tag, text);
     if (!gefaltet.empty())
-        zeilen_ausgeben(lauf, gefaltet);
+        ausgeben(lauf, {}, gefaltet, false);
 }
 
 } // namespace folio
