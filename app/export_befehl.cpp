@@ -545,10 +545,10 @@ Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> m
     return Fertig;
 }
 
-// On the open tree: the marks saved, the persons selected, the closure, the author's data
-// and the options, the summary, and the run.
+// On the open tree: the persons selected, the closure, the author's data and the options,
+// the summary, and the run. The persons' marks aren't saved for the host as the wizard saves
+// them: the run's transaction is rolled back, and with it any mark it set.
 Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) {
-    markierungen_sichern();
     if (const Ausgang a = personen_waehlen(o); a != Fertig)
         return a;
     haltepunkt("auswahl");

@@ -70,43 +70,48 @@ void Ereignistabelle::laden(const Markenstand* marken, bool mit_aenderung) {
 }
 
 void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aenderung) {
+    // The run's marks tell how many events there are; the tree's are counted as they come.
+    if (marken)
+        eintraege_.reserve(marken->anzahl(Verknuepft::Ereignis));
     dao::Durchlauf e(*DB, std::string("SELECT Counter, Markierung, Art, ca, vTag, vMonat, vJahr, "
                                       "Kurztext, Text, Grund, Ort, Bild") +
                               (mit_aenderung ? ", geaendert" : "") + " FROM Ereignis");
+    std::string satz;
     while (e.weiter()) {
         const RecordId counter = e.nummer(0);
         if (marken ? !marken->markiert(Verknuepft::Ereignis, counter) : !e.wahr(1))
             continue;
-        eintraege_.push_back({counter, daten_.size()});
+        satz.clear();
         const std::int64_t tag = e.ganz(4), monat = e.ganz(5), jahr = e.ganz(6);
         const RecordId ort = e.nummer(10), bild = e.nummer(11);
         const bool aenderung = mit_aenderung && !e.istNull(12);
-        zahl_anhaengen(daten_, e.ganz(2));
-        zahl_anhaengen(daten_, tag);
-        zahl_anhaengen(daten_, monat);
-        zahl_anhaengen(daten_, jahr);
-        zahl_anhaengen(daten_,
-                       ereignis_sortschluessel(static_cast<int>(jahr), static_cast<int>(monat),
-                                               static_cast<int>(tag))
-                           .units());
-        zahl_anhaengen(daten_, (ort.isZero() ? 0 : MitOrt) | (bild.isZero() ? 0 : MitBild) |
-                                   (aenderung ? MitAenderung : 0));
+        zahl_anhaengen(satz, e.ganz(2));
+        zahl_anhaengen(satz, tag);
+        zahl_anhaengen(satz, monat);
+        zahl_anhaengen(satz, jahr);
+        zahl_anhaengen(satz, ereignis_sortschluessel(static_cast<int>(jahr),
+                                                     static_cast<int>(monat), static_cast<int>(tag))
+                                 .units());
+        zahl_anhaengen(satz, (ort.isZero() ? 0 : MitOrt) | (bild.isZero() ? 0 : MitBild) |
+                                 (aenderung ? MitAenderung : 0));
         if (!ort.isZero())
-            zahl_anhaengen(daten_, ort.units());
+            zahl_anhaengen(satz, ort.units());
         if (!bild.isZero())
-            zahl_anhaengen(daten_, bild.units());
+            zahl_anhaengen(satz, bild.units());
         if (aenderung) {
             const double tage = e.wert(12).toDate().days();
-            daten_.append(reinterpret_cast<const char*>(&tage), sizeof tage);
+            satz.append(reinterpret_cast<const char*>(&tage), sizeof tage);
         }
-        text_anhaengen(daten_, e.textAnsicht(3));
-        text_anhaengen(daten_, e.textAnsicht(7));
+        text_anhaengen(satz, e.textAnsicht(3));
+        text_anhaengen(satz, e.textAnsicht(7));
         const std::string_view text = e.textAnsicht(8);
         if (text.starts_with("{\\rtf"))
-            text_anhaengen(daten_, rtf_klartext(std::string(text)));
+            text_anhaengen(satz, rtf_klartext(std::string(text)));
         else
-            text_anhaengen(daten_, text); // a text without RTF is its own plain text
-        text_anhaengen(daten_, e.textAnsicht(9));
+            text_anhaengen(satz, text); // a text without RTF is its own plain text
+        text_anhaengen(satz, e.textAnsicht(9));
+        eintraege_.push_back({counter, 0, 0});
+        satz_ablegen(satz);
     }
     // The first row of a number is the one that a seek finds.
     std::stable_sort(eintraege_.begin(), eintraege_.end(),
@@ -115,40 +120,57 @@ void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aende
         std::unique(eintraege_.begin(), eintraege_.end(),
                     [](const Eintrag& a, const Eintrag& b) { return a.counter == b.counter; }),
         eintraege_.end());
-    eintraege_.shrink_to_fit();
-    daten_.shrink_to_fit();
+}
+
+void Ereignistabelle::satz_ablegen(const std::string& satz) {
+    constexpr std::size_t Blockgroesse = 8 << 20;
+    if (bloecke_.empty() || bloecke_.back().size() + satz.size() > bloecke_.back().capacity())
+        bloecke_.emplace_back().reserve(std::max(Blockgroesse, satz.size()));
+    Eintrag& e = eintraege_.back();
+    e.block = static_cast<std::uint32_t>(bloecke_.size() - 1);
+    e.stelle = static_cast<std::uint32_t>(bloecke_.back().size());
+    bloecke_.back().append(satz);
+}
+
+const char* Ereignistabelle::satz(std::uint32_t ereignis) const {
+    const Eintrag& e = eintraege_[ereignis];
+    return bloecke_[e.block].data() + e.stelle;
 }
 
 // The links of main persons, grouped by person in the order of the table. The letter is
-// compared without regard to case, as the queries of a person's links compare it.
+// compared without regard to case, as the queries of a person's links compare it. The rows
+// are kept as two arrays and ordered through a third, of their places.
 void Ereignistabelle::links_laden() {
-    struct Zeile {
-        RecordId person;
-        std::uint32_t folge;
-        Link link;
-    };
-    std::vector<Zeile> zeilen;
+    std::vector<RecordId> personen;
+    std::vector<Link> links;
     dao::Durchlauf l(*DB, "SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS");
-    std::uint32_t folge = 0;
     while (l.weiter()) {
-        const std::string ursprung = l.text(2);
+        const std::string_view ursprung = l.textAnsicht(2);
         if (ursprung != "d" && ursprung != "D")
             continue;
-        if (const auto ereignis = finden(l.nummer(1)))
-            zeilen.push_back({l.nummer(0), folge++, {*ereignis, ursprung == "d"}});
+        if (const auto ereignis = finden(l.nummer(1))) {
+            personen.push_back(l.nummer(0));
+            links.emplace_back(*ereignis, ursprung == "d");
+        }
     }
-    std::sort(zeilen.begin(), zeilen.end(), [](const Zeile& a, const Zeile& b) {
-        return a.person != b.person ? a.person < b.person : a.folge < b.folge;
-    });
-    links_.reserve(zeilen.size());
-    for (const Zeile& z : zeilen) {
-        if (personen_.empty() || personen_.back() != z.person) {
-            personen_.push_back(z.person);
+    std::vector<std::uint32_t> ordnung(personen.size());
+    for (std::uint32_t i = 0; i < ordnung.size(); ++i)
+        ordnung[i] = i;
+    if (!std::is_sorted(personen.begin(), personen.end()))
+        std::stable_sort(ordnung.begin(), ordnung.end(), [&](std::uint32_t a, std::uint32_t b) {
+            return personen[a] < personen[b];
+        });
+    links_.reserve(links.size());
+    for (std::uint32_t i : ordnung) {
+        if (personen_.empty() || personen_.back() != personen[i]) {
+            personen_.push_back(personen[i]);
             anfaenge_.push_back(static_cast<std::uint32_t>(links_.size()));
         }
-        links_.push_back(z.link);
+        links_.push_back(links[i]);
     }
     anfaenge_.push_back(static_cast<std::uint32_t>(links_.size()));
+    personen_.shrink_to_fit();
+    anfaenge_.shrink_to_fit();
 }
 
 std::optional<std::uint32_t> Ereignistabelle::finden(RecordId counter) const {
@@ -160,10 +182,9 @@ std::optional<std::uint32_t> Ereignistabelle::finden(RecordId counter) const {
 }
 
 Ereignistabelle::Ereignis Ereignistabelle::lesen(std::uint32_t ereignis) const {
-    const Eintrag& eintrag = eintraege_[ereignis];
-    Leser l(daten_.data() + eintrag.daten);
+    Leser l(satz(ereignis));
     Ereignis e;
-    e.counter = eintrag.counter;
+    e.counter = eintraege_[ereignis].counter;
     e.art = l.zahl();
     e.tag = l.zahl();
     e.monat = l.zahl();
@@ -184,7 +205,7 @@ Ereignistabelle::Ereignis Ereignistabelle::lesen(std::uint32_t ereignis) const {
 }
 
 RecordId Ereignistabelle::schluessel(std::uint32_t ereignis) const {
-    Leser l(daten_.data() + eintraege_[ereignis].daten);
+    Leser l(satz(ereignis));
     for (int i = 0; i < 4; ++i)
         l.zahl();
     return RecordId::fromUnits(l.zahl());

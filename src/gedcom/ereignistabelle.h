@@ -29,10 +29,15 @@ public:
         std::string_view ca, kurztext, klartext, grund;
     };
     // A link of a main person: the event's place in the table, and whether the link's
-    // letter is exactly "d" (else it is "D").
-    struct Link {
-        std::uint32_t ereignis;
-        bool genau_d;
+    // letter is exactly "d" (else it is "D"), in four bytes.
+    class Link {
+    public:
+        Link(std::uint32_t ereignis, bool genau_d) : wert_(ereignis << 1 | (genau_d ? 1 : 0)) {}
+        std::uint32_t ereignis() const { return wert_ >> 1; }
+        bool genau_d() const { return wert_ & 1; }
+
+    private:
+        std::uint32_t wert_;
     };
 
     // Reads the events marked in the tree, or in `marken` where given; their change stamps
@@ -53,12 +58,16 @@ private:
     void ereignisse_laden(const Markenstand* marken, bool mit_aenderung);
     void links_laden();
 
+    // The values of the events stand in blocks of a few megabytes, so that the table never
+    // needs twice its size while it grows.
     struct Eintrag {
         RecordId counter;
-        std::uint64_t daten; // where its values begin in daten_
+        std::uint32_t block, stelle; // where its values begin
     };
+    void satz_ablegen(const std::string& satz);
+    const char* satz(std::uint32_t ereignis) const;
     std::vector<Eintrag> eintraege_; // by number
-    std::string daten_;
+    std::vector<std::string> bloecke_;
     std::vector<RecordId> personen_;      // by number
     std::vector<std::uint32_t> anfaenge_; // of each person's links, and the end
     std::vector<Link> links_;

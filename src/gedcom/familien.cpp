@@ -51,7 +51,7 @@ std::vector<Ereignistabelle::Link> erste_links(std::span<const Ereignistabelle::
     std::vector<Ereignistabelle::Link> erste;
     std::unordered_set<std::uint32_t> gesehen;
     for (const Ereignistabelle::Link& l : links)
-        if (gesehen.insert(l.ereignis).second)
+        if (gesehen.insert(l.ereignis()).second)
             erste.push_back(l);
     return erste;
 }
@@ -69,13 +69,13 @@ void ereignisse(Exportlauf& lauf, RecordId vater, RecordId mutter) {
     const std::vector<Ereignistabelle::Link> der_mutter_erste = erste_links(der_mutter);
     Ereignisliste liste;
     for (const Ereignistabelle::Link& l : erste_links(des_vaters)) {
-        if (!l.genau_d)
+        if (!l.genau_d())
             continue;
         auto m =
             std::find_if(der_mutter_erste.begin(), der_mutter_erste.end(),
-                         [&](const Ereignistabelle::Link& e) { return e.ereignis == l.ereignis; });
-        if (m != der_mutter_erste.end() && m->genau_d)
-            liste.hinzufuegen(tabelle, l.ereignis);
+                         [&](const Ereignistabelle::Link& e) { return e.ereignis() == l.ereignis(); });
+        if (m != der_mutter_erste.end() && m->genau_d())
+            liste.hinzufuegen(tabelle, l.ereignis());
     }
     liste.schreiben(lauf, 2);
 }

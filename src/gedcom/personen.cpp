@@ -101,8 +101,8 @@ void ereignisse(Exportlauf& lauf, RecordId person) {
     const Ereignistabelle& tabelle = lauf.tabellen.ereignisse();
     Ereignisliste liste;
     for (const Ereignistabelle::Link& l : tabelle.links(person))
-        if (l.genau_d)
-            liste.hinzufuegen(tabelle, l.ereignis);
+        if (l.genau_d())
+            liste.hinzufuegen(tabelle, l.ereignis());
     liste.schreiben(lauf, 1);
 }
 
