@@ -135,7 +135,7 @@ void setUpConnection(sqlite::Connection& connection) {
     sqlite3_busy_handler(db, besetzt, db);
     sqlite3_progress_handler(db, 1000, fortschritt, nullptr);
     connection.exec("PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY; "
-                    "PRAGMA mmap_size = 268435456; PRAGMA synchronous = NORMAL");
+                    "PRAGMA mmap_size = 0; PRAGMA synchronous = NORMAL");
 }
 
 int compareNoCase(std::string_view a, std::string_view b) {
