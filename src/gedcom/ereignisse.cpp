@@ -33,7 +33,9 @@ std::string rolle(Exportlauf& lauf, const std::string& asso, const std::string& 
 void assoziierte(Exportlauf& lauf, std::int16_t nr, RecordId ereignis) {
     for (const Beteiligter& b : lauf.tabellen.beteiligte(ereignis)) {
         zeile(lauf, nr + 1, "ASSO @I" + b.quelle.text() + "@");
-        zeile(lauf, nr + 2, "RELA " + rolle(lauf, b.asso, b.ursprung));
+        zeile(lauf, nr + 2,
+              "RELA " + rolle(lauf, lauf.tabellen.beteiligtentext(b.asso),
+                              lauf.tabellen.beteiligtentext(b.ursprung)));
     }
 }
 

@@ -4,42 +4,63 @@
 
 namespace folio {
 
-namespace {
-const std::vector<std::size_t> Keine;
-} // namespace
-
 std::size_t
 Familientabelle::PaarHash::operator()(const std::pair<RecordId, RecordId>& p) const noexcept {
     return std::hash<RecordId>{}(p.first) * 1000003u ^ std::hash<RecordId>{}(p.second);
 }
 
 std::optional<std::size_t> Familientabelle::suchen(RecordId vater, RecordId mutter) const {
-    const auto& z = zeilen_mit_eltern(vater, mutter);
-    if (z.empty())
+    auto it = erste_.find({vater, mutter});
+    if (it == erste_.end())
         return std::nullopt;
-    return z.front();
+    return it->second;
 }
 
 std::size_t Familientabelle::hinzufuegen(RecordId vater, RecordId mutter) {
     zeilen_.push_back({vater, mutter});
-    const std::size_t nummer = zeilen_.size();
-    paare_[{vater, mutter}].push_back(nummer);
-    if (!vater.isZero())
-        personen_[vater].push_back(nummer);
-    if (!mutter.isZero() && mutter != vater)
-        personen_[mutter].push_back(nummer);
+    const auto nummer = static_cast<std::uint32_t>(zeilen_.size());
+    naechste_.push_back(0);
+    letzte_.push_back(0);
+    auto [it, neu] = erste_.try_emplace({vater, mutter}, nummer);
+    if (neu) {
+        letzte_[nummer - 1] = nummer;
+    } else {
+        std::uint32_t& letzte = letzte_[it->second - 1];
+        naechste_[letzte - 1] = nummer;
+        letzte = nummer;
+    }
+    nach_person_fertig_ = false;
     return nummer;
 }
 
-const std::vector<std::size_t>& Familientabelle::zeilen_mit_eltern(RecordId vater,
-                                                                   RecordId mutter) const {
-    auto it = paare_.find({vater, mutter});
-    return it == paare_.end() ? Keine : it->second;
+std::vector<std::size_t> Familientabelle::zeilen_mit_eltern(RecordId vater, RecordId mutter) const {
+    std::vector<std::size_t> zeilen;
+    auto it = erste_.find({vater, mutter});
+    for (std::uint32_t z = it == erste_.end() ? 0 : it->second; z != 0; z = naechste_[z - 1])
+        zeilen.push_back(z);
+    return zeilen;
 }
 
-const std::vector<std::size_t>& Familientabelle::zeilen_mit_person(RecordId person) const {
-    auto it = personen_.find(person);
-    return it == personen_.end() ? Keine : it->second;
+std::vector<std::size_t> Familientabelle::zeilen_mit_person(RecordId person) const {
+    if (!nach_person_fertig_) {
+        nach_person_.clear();
+        for (std::uint32_t i = 1; i <= zeilen_.size(); ++i) {
+            const Familie& f = zeilen_[i - 1];
+            if (!f.vater.isZero())
+                nach_person_.emplace_back(f.vater, i);
+            if (!f.mutter.isZero() && f.mutter != f.vater)
+                nach_person_.emplace_back(f.mutter, i);
+        }
+        std::sort(nach_person_.begin(), nach_person_.end());
+        nach_person_.shrink_to_fit();
+        nach_person_fertig_ = true;
+    }
+    std::vector<std::size_t> zeilen;
+    for (auto it = std::lower_bound(nach_person_.begin(), nach_person_.end(),
+                                    std::pair(person, std::uint32_t{0}));
+         it != nach_person_.end() && it->first == person; ++it)
+        zeilen.push_back(it->second);
+    return zeilen;
 }
 
 void Familientabelle::kind_merken(RecordId kind, RecordId vater, RecordId mutter) {

@@ -28,9 +28,10 @@ public:
     // Adds a row and gives its number.
     std::size_t hinzufuegen(RecordId vater, RecordId mutter);
     // The rows with this father and mother, in ascending order.
-    const std::vector<std::size_t>& zeilen_mit_eltern(RecordId vater, RecordId mutter) const;
-    // The rows in which the person is father or mother, in ascending order.
-    const std::vector<std::size_t>& zeilen_mit_person(RecordId person) const;
+    std::vector<std::size_t> zeilen_mit_eltern(RecordId vater, RecordId mutter) const;
+    // The rows in which the person is father or mother, in ascending order. Asked for once
+    // the table is complete.
+    std::vector<std::size_t> zeilen_mit_person(RecordId person) const;
 
     // The marked persons with their stored parents, noted in the order of the query of the
     // marked persons, which is the order in which a query of the children gives them.
@@ -43,8 +44,14 @@ private:
         std::size_t operator()(const std::pair<RecordId, RecordId>& p) const noexcept;
     };
     std::vector<Familie> zeilen_;
-    std::unordered_map<std::pair<RecordId, RecordId>, std::vector<std::size_t>, PaarHash> paare_;
-    std::unordered_map<RecordId, std::vector<std::size_t>> personen_;
+    // The first row of each pair of parents, and for each row the next one of its pair (0
+    // where none follows): a few bytes a family where a list per pair would cost a hundred.
+    std::unordered_map<std::pair<RecordId, RecordId>, std::uint32_t, PaarHash> erste_;
+    std::vector<std::uint32_t> naechste_;
+    std::vector<std::uint32_t> letzte_; // the last row of the pair of each first row
+    // The rows by the persons in them, sorted when first asked for.
+    mutable std::vector<std::pair<RecordId, std::uint32_t>> nach_person_;
+    mutable bool nach_person_fertig_ = false;
     // The noted children in the order of noting, and three orders of them (by both parents,
     // by father, by mother), sorted when first asked for.
     struct Kind {

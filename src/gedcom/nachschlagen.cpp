@@ -62,12 +62,21 @@ char buchstabe(const std::string& s) {
 } // namespace
 
 void Nachschlagetabellen::beteiligte_laden() {
+    std::unordered_map<std::string, std::uint32_t> nummern;
+    auto nummer = [&](std::string text) {
+        auto [it, neu] =
+            nummern.try_emplace(text, static_cast<std::uint32_t>(beteiligtentexte_.size()));
+        if (neu)
+            beteiligtentexte_.push_back(std::move(text));
+        return it->second;
+    };
     dao::Durchlauf rs(*DB, "SELECT Ziel, Quelle, Ursprung, ASSO FROM Ereignis_DS");
     while (rs.weiter()) {
         std::string ursprung = rs.text(2);
         if (upperAscii(ursprung) == "D")
             continue; // main persons are no associates of their own event
-        beteiligte_.push_back({rs.nummer(0), rs.nummer(1), std::move(ursprung), rs.text(3)});
+        beteiligte_.push_back(
+            {rs.nummer(0), rs.nummer(1), nummer(std::move(ursprung)), nummer(rs.text(3))});
     }
     std::stable_sort(
         beteiligte_.begin(), beteiligte_.end(),
@@ -79,14 +88,15 @@ void Nachschlagetabellen::beteiligte_laden() {
     for (Beteiligter& b : beteiligte_) {
         if (!verschieden.empty() && verschieden.back().ereignis != b.ereignis)
             anfang = verschieden.size();
-        const bool schon = std::any_of(verschieden.begin() + static_cast<std::ptrdiff_t>(anfang),
-                                       verschieden.end(), [&](const Beteiligter& x) {
-                                           return x.quelle == b.quelle &&
-                                                  gleich(x.ursprung, b.ursprung) &&
-                                                  gleich(x.asso, b.asso);
-                                       });
+        const bool schon = std::any_of(
+            verschieden.begin() + static_cast<std::ptrdiff_t>(anfang), verschieden.end(),
+            [&](const Beteiligter& x) {
+                return x.quelle == b.quelle &&
+                       gleich(beteiligtentexte_[x.ursprung], beteiligtentexte_[b.ursprung]) &&
+                       gleich(beteiligtentexte_[x.asso], beteiligtentexte_[b.asso]);
+            });
         if (!schon)
-            verschieden.push_back(std::move(b));
+            verschieden.push_back(b);
     }
     verschieden.shrink_to_fit();
     beteiligte_ = std::move(verschieden);

@@ -41,8 +41,9 @@ struct Ereignisart {
 struct Beteiligter {
     RecordId ereignis;
     RecordId quelle;
-    std::string ursprung;
-    std::string asso;
+    // The texts, as numbers in the table's list of the texts that links hold: a handful of
+    // letters and roles stand in a million links.
+    std::uint32_t ursprung, asso;
 };
 
 // The general links of a record: its rows of Quellen_DS for a kind of record (compared
@@ -71,6 +72,10 @@ public:
     // where neither knows it.
     const Ereignisart* ereignisart(std::int64_t art);
     std::span<const Beteiligter> beteiligte(RecordId ereignis);
+    // A text of the associates' links by its number.
+    const std::string& beteiligtentext(std::uint32_t nummer) const {
+        return beteiligtentexte_[nummer];
+    }
     std::span<const Verknuepfung> verknuepfungen(RecordId quelle, const std::string& art_quelle);
     // The language text of a number, looked up once per run.
     const std::string& sprachtext(int nummer);
@@ -100,6 +105,7 @@ private:
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten_;
     bool beteiligte_geladen_ = false;
     std::vector<Beteiligter> beteiligte_; // by event
+    std::vector<std::string> beteiligtentexte_;
     std::unordered_map<int, std::string> sprachtexte_;
     bool personen_geladen_ = false;
     struct PersonEintrag {
