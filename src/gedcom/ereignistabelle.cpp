@@ -3,6 +3,7 @@
 #include "database/markenstand.h"
 #include "database/tabellen.h"
 #include "engine/durchlauf.h"
+#include "engine/errors.h"
 #include "gedcom/ereignisse.h"
 #include "gedcom/rtf.h"
 
@@ -25,6 +26,13 @@ void zahl_anhaengen(std::string& block, std::int64_t wert) {
         z >>= 7;
     }
     block.push_back(static_cast<char>(z));
+}
+
+// A number of a record: a whole number as itself times two, else its units times two plus
+// one, so that the common numbers take two or three bytes.
+void nummer_anhaengen(std::string& block, RecordId nummer) {
+    zahl_anhaengen(block, nummer.isWhole() ? nummer.units() / RecordId::Scale * 2
+                                           : nummer.units() * 2 + 1);
 }
 
 void text_anhaengen(std::string& block, std::string_view text) {
@@ -51,6 +59,10 @@ public:
         p_ += n;
         return t;
     }
+    RecordId nummer() {
+        const std::int64_t z = zahl();
+        return z & 1 ? RecordId::fromUnits((z - 1) / 2) : RecordId(z / 2);
+    }
     double gleitzahl() {
         double d;
         std::memcpy(&d, p_, sizeof d);
@@ -71,8 +83,10 @@ void Ereignistabelle::laden(const Markenstand* marken, bool mit_aenderung) {
 
 void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aenderung) {
     // The run's marks tell how many events there are; the tree's are counted as they come.
-    if (marken)
-        eintraege_.reserve(marken->anzahl(Verknuepft::Ereignis));
+    if (marken) {
+        nummern_.reserve(marken->anzahl(Verknuepft::Ereignis));
+        stellen_.reserve(marken->anzahl(Verknuepft::Ereignis));
+    }
     dao::Durchlauf e(*DB, std::string("SELECT Counter, Markierung, Art, ca, vTag, vMonat, vJahr, "
                                       "Kurztext, Text, Grund, Ort, Bild") +
                               (mit_aenderung ? ", geaendert" : "") + " FROM Ereignis");
@@ -89,15 +103,12 @@ void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aende
         zahl_anhaengen(satz, tag);
         zahl_anhaengen(satz, monat);
         zahl_anhaengen(satz, jahr);
-        zahl_anhaengen(satz, ereignis_sortschluessel(static_cast<int>(jahr),
-                                                     static_cast<int>(monat), static_cast<int>(tag))
-                                 .units());
         zahl_anhaengen(satz, (ort.isZero() ? 0 : MitOrt) | (bild.isZero() ? 0 : MitBild) |
                                  (aenderung ? MitAenderung : 0));
         if (!ort.isZero())
-            zahl_anhaengen(satz, ort.units());
+            nummer_anhaengen(satz, ort);
         if (!bild.isZero())
-            zahl_anhaengen(satz, bild.units());
+            nummer_anhaengen(satz, bild);
         if (aenderung) {
             const double tage = e.wert(12).toDate().days();
             satz.append(reinterpret_cast<const char*>(&tage), sizeof tage);
@@ -110,31 +121,59 @@ void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aende
         else
             text_anhaengen(satz, text); // a text without RTF is its own plain text
         text_anhaengen(satz, e.textAnsicht(9));
-        eintraege_.push_back({counter, 0, 0});
+        nummern_.push_back(counter);
         satz_ablegen(satz);
     }
-    // The first row of a number is the one that a seek finds.
-    std::stable_sort(eintraege_.begin(), eintraege_.end(),
-                     [](const Eintrag& a, const Eintrag& b) { return a.counter < b.counter; });
-    eintraege_.erase(
-        std::unique(eintraege_.begin(), eintraege_.end(),
-                    [](const Eintrag& a, const Eintrag& b) { return a.counter == b.counter; }),
-        eintraege_.end());
+    // The first row of a number is the one that a seek finds: the rows are ordered by
+    // number through an array of their places, and of equal numbers the first stays.
+    if (!std::is_sorted(nummern_.begin(), nummern_.end())) {
+        std::vector<std::uint32_t> ordnung(nummern_.size());
+        for (std::uint32_t i = 0; i < ordnung.size(); ++i)
+            ordnung[i] = i;
+        std::stable_sort(ordnung.begin(), ordnung.end(), [&](std::uint32_t a, std::uint32_t b) {
+            return nummern_[a] < nummern_[b];
+        });
+        std::vector<RecordId> nummern(nummern_.size());
+        std::vector<std::uint32_t> stellen(stellen_.size());
+        for (std::size_t i = 0; i < ordnung.size(); ++i) {
+            nummern[i] = nummern_[ordnung[i]];
+            stellen[i] = stellen_[ordnung[i]];
+        }
+        nummern_ = std::move(nummern);
+        stellen_ = std::move(stellen);
+    }
+    std::size_t behalten = 0;
+    for (std::size_t i = 0; i < nummern_.size(); ++i)
+        if (behalten == 0 || nummern_[i] != nummern_[behalten - 1]) {
+            nummern_[behalten] = nummern_[i];
+            stellen_[behalten++] = stellen_[i];
+        }
+    nummern_.resize(behalten);
+    stellen_.resize(behalten);
 }
 
+// A place in the blocks takes four bytes: the block in the upper bits, the place in it in
+// the lower ones. A record longer than a block gets one of its own, at its place 0.
+constexpr unsigned Stellenbits = 23;
+constexpr std::size_t Blockgroesse = std::size_t{1} << Stellenbits;
+constexpr std::size_t Hoechstens = std::size_t{1} << (32 - Stellenbits); // blocks
+
 void Ereignistabelle::satz_ablegen(const std::string& satz) {
-    constexpr std::size_t Blockgroesse = 8 << 20;
-    if (bloecke_.empty() || bloecke_.back().size() + satz.size() > bloecke_.back().capacity())
+    if (bloecke_.empty() || bloecke_.back().size() + satz.size() > Blockgroesse) {
+        if (bloecke_.size() == Hoechstens)
+            throw Error(err::Overflow, "The events of this export take more than " +
+                                           std::to_string(Hoechstens * Blockgroesse >> 30) +
+                                           " GB; export fewer persons at a time");
         bloecke_.emplace_back().reserve(std::max(Blockgroesse, satz.size()));
-    Eintrag& e = eintraege_.back();
-    e.block = static_cast<std::uint32_t>(bloecke_.size() - 1);
-    e.stelle = static_cast<std::uint32_t>(bloecke_.back().size());
+    }
+    stellen_.push_back(
+        static_cast<std::uint32_t>((bloecke_.size() - 1) << Stellenbits | bloecke_.back().size()));
     bloecke_.back().append(satz);
 }
 
 const char* Ereignistabelle::satz(std::uint32_t ereignis) const {
-    const Eintrag& e = eintraege_[ereignis];
-    return bloecke_[e.block].data() + e.stelle;
+    const std::uint32_t stelle = stellen_[ereignis];
+    return bloecke_[stelle >> Stellenbits].data() + (stelle & (Blockgroesse - 1));
 }
 
 // The links of main persons, grouped by person in the order of the table. The letter is
@@ -174,27 +213,25 @@ void Ereignistabelle::links_laden() {
 }
 
 std::optional<std::uint32_t> Ereignistabelle::finden(RecordId counter) const {
-    auto it = std::lower_bound(eintraege_.begin(), eintraege_.end(), counter,
-                               [](const Eintrag& e, RecordId c) { return e.counter < c; });
-    if (it == eintraege_.end() || it->counter != counter)
+    auto it = std::lower_bound(nummern_.begin(), nummern_.end(), counter);
+    if (it == nummern_.end() || *it != counter)
         return std::nullopt;
-    return static_cast<std::uint32_t>(it - eintraege_.begin());
+    return static_cast<std::uint32_t>(it - nummern_.begin());
 }
 
 Ereignistabelle::Ereignis Ereignistabelle::lesen(std::uint32_t ereignis) const {
     Leser l(satz(ereignis));
     Ereignis e;
-    e.counter = eintraege_[ereignis].counter;
+    e.counter = nummern_[ereignis];
     e.art = l.zahl();
     e.tag = l.zahl();
     e.monat = l.zahl();
     e.jahr = l.zahl();
-    l.zahl(); // the sort key
     const std::int64_t flaggen = l.zahl();
     if (flaggen & MitOrt)
-        e.ort = RecordId::fromUnits(l.zahl());
+        e.ort = l.nummer();
     if (flaggen & MitBild)
-        e.bild = RecordId::fromUnits(l.zahl());
+        e.bild = l.nummer();
     if (flaggen & MitAenderung)
         e.geaendert = l.gleitzahl();
     e.ca = l.text();
@@ -206,9 +243,10 @@ Ereignistabelle::Ereignis Ereignistabelle::lesen(std::uint32_t ereignis) const {
 
 RecordId Ereignistabelle::schluessel(std::uint32_t ereignis) const {
     Leser l(satz(ereignis));
-    for (int i = 0; i < 4; ++i)
-        l.zahl();
-    return RecordId::fromUnits(l.zahl());
+    l.zahl(); // the kind
+    const auto tag = static_cast<int>(l.zahl());
+    const auto monat = static_cast<int>(l.zahl());
+    return ereignis_sortschluessel(static_cast<int>(l.zahl()), monat, tag);
 }
 
 std::span<const Ereignistabelle::Link> Ereignistabelle::links(RecordId person) const {
