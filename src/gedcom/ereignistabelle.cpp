@@ -182,6 +182,10 @@ const char* Ereignistabelle::satz(std::uint32_t ereignis) const {
 void Ereignistabelle::links_laden() {
     std::vector<RecordId> personen;
     std::vector<Link> links;
+    // Most events have a main person or two: room for that many links spares the copies of
+    // growing, at the moment the table is largest.
+    personen.reserve(nummern_.size() + nummern_.size() / 4);
+    links.reserve(personen.capacity());
     dao::Durchlauf l(*DB, "SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS");
     while (l.weiter()) {
         const std::string_view ursprung = l.textAnsicht(2);
