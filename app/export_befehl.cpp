@@ -233,8 +233,9 @@ Ausgang ziel_pruefen(const ExportOptionen& o) {
     return Fertig;
 }
 
-// The selection as the person page would leave it.
-Ausgang personen_waehlen(const ExportOptionen& o) {
+// The selection as the person page would leave it. Every person is selected in memory
+// (`personen`), not by a mark written into each record.
+Ausgang personen_waehlen(const ExportOptionen& o, Personenwahl& personen) {
     AuswahlForm& form = Auswahl();
     const std::pair<const char*, bool> schalter[] = {{"Vorfahren", o.vorfahren},
                                                      {"Nachfahren", o.nachfahren},
@@ -247,7 +248,7 @@ Ausgang personen_waehlen(const ExportOptionen& o) {
     case Auswahlart::Markierte:
         break;
     case Auswahlart::Alle:
-        markieren_befehl(0, "Auswählen");
+        personen.alle = true;
         break;
     case Auswahlart::Personen:
         markieren_befehl(0, "Abwählen");
@@ -269,9 +270,13 @@ Ausgang personen_waehlen(const ExportOptionen& o) {
         break;
     }
     // The person grid, showing its rows with "Lebend" pressed, takes the living out.
-    if (o.ohne_lebende)
-        lebende_abwaehlen();
-    if (!personen_gewaehlt()) {
+    if (o.ohne_lebende) {
+        if (personen.alle)
+            personen.ohne_lebende = true;
+        else
+            lebende_abwaehlen();
+    }
+    if (!personen_gewaehlt(personen)) {
         fehler(sprachtext("9804 Es ist keine Person ausgewählt; es gibt nichts zu exportieren."));
         return KeinePersonGewaehlt;
     }
@@ -516,8 +521,9 @@ void haltepunkt(std::string_view stufe) {
 // The closure, on the terminal's bar; where a couple's event was left out because one
 // partner isn't selected, the user is told. Its marks stay in memory: written into the tree,
 // they would only be rolled back with the run.
-std::shared_ptr<const Markenstand> huelle(Terminalanzeige& anzeige, const ExportOptionen& o) {
-    Huelle h = huelle_berechnen(anzeige);
+std::shared_ptr<const Markenstand> huelle(Terminalanzeige& anzeige, const ExportOptionen& o,
+                                          const Personenwahl& personen) {
+    Huelle h = huelle_berechnen(anzeige, personen);
     if (h.partner_fehlt)
         meldung(sprachtext(o.ehepartner ? "1661" : "1660"), StilInfo, Produktname);
     return std::make_shared<const Markenstand>(std::move(h.marken));
@@ -526,10 +532,11 @@ std::shared_ptr<const Markenstand> huelle(Terminalanzeige& anzeige, const Export
 // The run itself: the options as the form's controls now hold them, with the closure's
 // marks, into `ziel`.
 Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> marken,
-                  const fs::path& ziel) {
+                  const Personenwahl& personen, const fs::path& ziel) {
     try {
         Exportoptionen optionen = exportoptionen_aus_formular(Auswahl());
         optionen.marken = std::move(marken);
+        optionen.personen = personen;
         exportieren(optionen, ziel.string(), anzeige);
     } catch (const Abbruch&) {
         throw;
@@ -549,17 +556,18 @@ Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> m
 // the summary, and the run. The persons' marks aren't saved for the host as the wizard saves
 // them: the run's transaction is rolled back, and with it any mark it set.
 Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) {
-    if (const Ausgang a = personen_waehlen(o); a != Fertig)
+    Personenwahl personen;
+    if (const Ausgang a = personen_waehlen(o, personen); a != Fertig)
         return a;
     haltepunkt("auswahl");
     Terminalanzeige anzeige;
-    std::shared_ptr<const Markenstand> marken = huelle(anzeige, o);
+    std::shared_ptr<const Markenstand> marken = huelle(anzeige, o, personen);
     haltepunkt("huelle");
     verfasser_laden();
     optionen_setzen(o);
-    zusammenfassung_fuellen(marken.get());
+    zusammenfassung_fuellen(marken.get(), personen);
     zusammenfassung_drucken();
-    return schreiben(anzeige, std::move(marken), ziel);
+    return schreiben(anzeige, std::move(marken), personen, ziel);
 }
 
 // The run on a tree of the current version. Everything it writes to the tree (the marks of

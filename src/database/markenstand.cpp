@@ -24,6 +24,21 @@ void Markenstand::setzen(Verknuepft tabelle, std::vector<RecordId> nummern) {
     nummern_[static_cast<std::size_t>(tabelle)] = std::move(nummern);
 }
 
+namespace {
+// The living as the person page takes them out: "Lebt = True".
+constexpr const char* OhneLebende = " AND (Lebt IS NULL OR Lebt <> TRUE)";
+} // namespace
+
+std::string Personenwahl::bedingung() const {
+    if (!alle)
+        return "Markierung = TRUE";
+    return std::string("(Markierung = 0 OR Markierung = TRUE)") + (ohne_lebende ? OhneLebende : "");
+}
+
+std::string Personenwahl::suchbedingung() const {
+    return std::string("Markierung IS NOT NULL") + (ohne_lebende ? OhneLebende : "");
+}
+
 bool Markenstand::markiert(Verknuepft tabelle, RecordId nummer) const {
     const std::vector<RecordId>& n = nummern(tabelle);
     return std::binary_search(n.begin(), n.end(), nummer);

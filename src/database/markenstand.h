@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,22 @@ inline constexpr std::array<const char*, AnzahlVerknuepfte> VerknuepfteTabellen 
 
 // The linked table of that name (without regard to case); nullopt for any other.
 std::optional<Verknuepft> verknuepfte_tabelle(std::string_view name);
+
+// Which persons a run takes: those marked in the tree, or every person as "Auswählen" marks
+// them (each record whose mark is False), then without the living as the person page leaves
+// them ("Lebt" True). The command line selects every person this way instead of writing a
+// mark into each of a million records that its rollback takes back again.
+struct Personenwahl {
+    bool alle = false;
+    bool ohne_lebende = false; // only with `alle`; else the marks of the living are cleared
+
+    // The selected persons as a condition on Daten, in the files' dialect: the records that
+    // "Markierung = TRUE" would find after those writes.
+    std::string bedingung() const;
+    // With `alle`: the persons whose mark a lookup would find set after those writes (any
+    // number but 0 counts as set there), as a condition.
+    std::string suchbedingung() const;
+};
 
 class Markenstand {
 public:

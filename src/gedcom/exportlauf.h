@@ -41,6 +41,8 @@ struct Exportoptionen {
     // The marks of the linked tables where the closure kept them in memory (the command
     // line's run); null where the tree's marks count (the wizard's).
     std::shared_ptr<const Markenstand> marken;
+    // The persons: those marked in the tree unless the run selects them itself.
+    Personenwahl personen;
 };
 
 // Where a run reports how far it is.
@@ -68,7 +70,7 @@ public:
     Exportlauf(const Exportoptionen& optionen, GedcomAusgabe& ausgabe,
                Fortschrittsanzeige& fortschritt)
         : optionen(optionen), ausgabe(ausgabe), fortschritt(fortschritt),
-          tabellen(optionen.marken.get(), optionen.aenderungsdatum) {}
+          tabellen(optionen.marken.get(), optionen.personen, optionen.aenderungsdatum) {}
     Exportlauf(const Exportlauf&) = delete;
     Exportlauf& operator=(const Exportlauf&) = delete;
 

@@ -71,9 +71,9 @@ void ereignisse(Exportlauf& lauf, RecordId vater, RecordId mutter) {
     for (const Ereignistabelle::Link& l : erste_links(des_vaters)) {
         if (!l.genau_d())
             continue;
-        auto m =
-            std::find_if(der_mutter_erste.begin(), der_mutter_erste.end(),
-                         [&](const Ereignistabelle::Link& e) { return e.ereignis() == l.ereignis(); });
+        auto m = std::find_if(
+            der_mutter_erste.begin(), der_mutter_erste.end(),
+            [&](const Ereignistabelle::Link& e) { return e.ereignis() == l.ereignis(); });
         if (m != der_mutter_erste.end() && m->genau_d())
             liste.hinzufuegen(tabelle, l.ereignis());
     }
@@ -94,7 +94,9 @@ void familie_schreiben(Exportlauf& lauf, const Familientabelle& tabelle, std::si
 } // namespace
 
 void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
-    zeilen_durchlaufen(lauf, "SELECT Counter, Vater, Mutter FROM Daten WHERE Markierung = TRUE ;",
+    zeilen_durchlaufen(lauf,
+                       "SELECT Counter, Vater, Mutter FROM Daten WHERE " +
+                           lauf.optionen.personen.bedingung() + " ;",
                        5, 5, [&](const dao::Durchlauf& person) {
                            const RecordId vater = person.nummer(1);
                            const RecordId mutter = person.nummer(2);

@@ -124,7 +124,11 @@ void Nachschlagetabellen::verknuepfungen_laden() {
 // The persons' numbers, marks and sex in one pass, and the persons with associates in one
 // pass over their links, instead of a seek or a query per person.
 void Nachschlagetabellen::personen_laden() {
-    dao::Durchlauf p(*DB, "SELECT Counter, Markierung, Geschlecht FROM Daten");
+    // The mark as a lookup finds it: the field, or for the run's own selection its condition.
+    std::string markiert = "Markierung";
+    if (personenwahl_.alle)
+        markiert.assign("(").append(personenwahl_.suchbedingung()).append(")");
+    dao::Durchlauf p(*DB, "SELECT Counter, " + markiert + ", Geschlecht FROM Daten");
     while (p.weiter())
         personen_.push_back({p.nummer(0), {p.wahr(1), p.text(2) == "M"}});
     // The first row of a number is the one that a seek finds.

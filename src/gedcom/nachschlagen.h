@@ -61,8 +61,8 @@ class Nachschlagetabellen {
 public:
     // `marken`: the marks of the linked tables where the run was given them in memory, else
     // null and the tree's marks count; `mit_aenderung`: the change stamps are written.
-    Nachschlagetabellen(const Markenstand* marken, bool mit_aenderung)
-        : marken_(marken), mit_aenderung_(mit_aenderung) {}
+    Nachschlagetabellen(const Markenstand* marken, Personenwahl personen, bool mit_aenderung)
+        : marken_(marken), personenwahl_(std::move(personen)), mit_aenderung_(mit_aenderung) {}
 
     // Whether the record of a linked table on which `rs` stands is marked.
     bool markiert(Verknuepft tabelle, dao::Recordset& rs);
@@ -83,7 +83,8 @@ public:
     // only theirs are asked for.
     bool hat_assoziierte(RecordId person);
     // A person as the family table needs it: nullopt where the number has no person, else
-    // whether the person is marked and male (Geschlecht exactly "M").
+    // whether the person is marked (as a lookup of the mark finds it) and male (Geschlecht
+    // exactly "M").
     struct Person {
         bool markiert = false, maennlich = false;
     };
@@ -100,6 +101,7 @@ private:
 
     void personen_laden();
     const Markenstand* marken_;
+    Personenwahl personenwahl_;
     bool mit_aenderung_;
     std::unordered_map<RecordId, OrtEintrag> orte_;
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten_;

@@ -72,8 +72,7 @@ enum Feld : int {
 };
 const char* const Personen =
     "SELECT Counter, Lebt, GIVN, SURN, ABBR, NICK, NPFX, NFSX, SPFX, NameNOTE, Geschlecht, TITL, "
-    "OCCU, Memo, Ort, Bild, Notiz, Religion, geaendert, GUID, Vater, Mutter FROM Daten WHERE "
-    "Markierung = TRUE ;";
+    "OCCU, Memo, Ort, Bild, Notiz, Religion, geaendert, GUID, Vater, Mutter FROM Daten WHERE ";
 
 void namen(Exportlauf& lauf, const dao::Durchlauf& p, bool geschuetzt) {
     const std::string givn = p.text(GIVN);
@@ -185,9 +184,9 @@ void person_schreiben(Exportlauf& lauf, const dao::Durchlauf& p, const Familient
 } // namespace
 
 void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien) {
-    zeilen_durchlaufen(lauf, Personen, 15, 50, [&](const dao::Durchlauf& person) {
-        person_schreiben(lauf, person, familien);
-    });
+    zeilen_durchlaufen(
+        lauf, Personen + lauf.optionen.personen.bedingung() + " ;", 15, 50,
+        [&](const dao::Durchlauf& person) { person_schreiben(lauf, person, familien); });
 }
 
 } // namespace folio

@@ -218,7 +218,8 @@ struct Hauptperson {
 
 class Rechnung {
 public:
-    Rechnung(Huelle& h, Huellenanzeige& anzeige) : h_(h), anzeige_(anzeige) {}
+    Rechnung(Huelle& h, Huellenanzeige& anzeige, const Personenwahl& personen)
+        : h_(h), anzeige_(anzeige), wahl_(personen) {}
 
     void lesen_und_folgen() {
         tabellen_lesen();
@@ -328,7 +329,7 @@ private:
     // Pass 1, the fields of the marked persons: their places and their image.
     void personen_lesen() {
         std::vector<RecordId> personen;
-        lesen("SELECT Counter, Ort, GOrt, SOrt, Bild FROM Daten WHERE Markierung = True",
+        lesen("SELECT Counter, Ort, GOrt, SOrt, Bild FROM Daten WHERE " + wahl_.bedingung(),
               [&](dao::Durchlauf& rs) {
                   const Value counter = rs.wert(0);
                   if (!counter.isNull())
@@ -509,6 +510,7 @@ private:
 
     Huelle& h_;
     Huellenanzeige& anzeige_;
+    const Personenwahl& wahl_;
     long long anzahl_ = 0;
     int schritt_ = 0;
     std::array<Bestand, AnzahlVerknuepfte> b_;
@@ -527,13 +529,13 @@ void quellen_markieren(Huelle& h, RecordId datensatz, const std::string& Datensa
         quellen_ziele_markieren(h, datensatz.sqlLiteral(), Datensatz_art[0]);
 }
 
-Huelle huelle_berechnen(Huellenanzeige& anzeige) {
+Huelle huelle_berechnen(Huellenanzeige& anzeige, const Personenwahl& personen) {
     Huelle h;
     // One read of the tree: its tables don't change between the statements.
     std::optional<dao::Transaction> lesen;
     if (!DB->inTransaction())
         lesen.emplace(*DB, false);
-    Rechnung(h, anzeige).lesen_und_folgen();
+    Rechnung(h, anzeige, personen).lesen_und_folgen();
     h.hat_ereignisse = h.marken.anzahl(Verknuepft::Ereignis) > 0;
     h.hat_orte = h.marken.anzahl(Verknuepft::Ort) > 0;
     h.hat_notizen = h.marken.anzahl(Verknuepft::Notiz) > 0;

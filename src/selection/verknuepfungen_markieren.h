@@ -31,10 +31,11 @@ public:
     virtual void ereignisse() = 0;
 };
 
-// Computes the closure for the present selection of persons (the marks of Daten) in
-// memory: each table and link table is read once, the passes run over the numbers, and
-// the tree is left as it is. The marks of the six linked tables before don't count.
-Huelle huelle_berechnen(Huellenanzeige& anzeige);
+// Computes the closure for the present selection of persons (the marks of Daten, or the
+// run's own selection `personen`) in memory: each table and link table is read once, the passes run
+// over the numbers, and the tree is left as it is. The marks of the six linked tables before don't
+// count.
+Huelle huelle_berechnen(Huellenanzeige& anzeige, const Personenwahl& personen = {});
 
 // Runs the closure and writes its marks into the tree, in one transaction: every record of
 // the six linked tables ends marked or not as the passes leave it.

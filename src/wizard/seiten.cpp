@@ -32,7 +32,7 @@ std::string rechtsbuendig(std::int64_t zahl) {
     return s.substr(s.size() - 10);
 }
 
-void anzahlen_zeigen(const Markenstand* marken) {
+void anzahlen_zeigen(const Markenstand* marken, const Personenwahl& personen) {
     AuswahlForm& form = Auswahl();
     form.zeile_anfuegen(1, "", sprachtext("605 ausgewählte Datensätze"), false, true);
     struct Zaehlung {
@@ -41,8 +41,11 @@ void anzahlen_zeigen(const Markenstand* marken) {
         bool immer;
         std::optional<Verknuepft> tabelle; // where the marks may be held in memory
     };
+    const std::string personensql = personen.alle
+                                        ? "Select * FROM Daten WHERE " + personen.bedingung() + " ;"
+                                        : "Select * FROM Daten WHERE Markierung = -1 ;";
     const Zaehlung zaehlungen[] = {
-        {"Select * FROM Daten WHERE Markierung = -1 ;", "3704 Personen", true, std::nullopt},
+        {personensql.c_str(), "3704 Personen", true, std::nullopt},
         {"Select Counter FROM Ereignis WHERE Markierung = TRUE ;", "2050 Ereignisse", false,
          Verknuepft::Ereignis},
         {"Select Counter FROM Ort WHERE Markierung = TRUE;", "4114 Orte", false, Verknuepft::Ort},
@@ -99,9 +102,9 @@ void optionen_zeigen() {
 
 } // namespace
 
-bool personen_gewaehlt() {
+bool personen_gewaehlt(const Personenwahl& personen) {
     const bool gewaehlt =
-        !DB->OpenRecordset("Select Counter FROM Daten WHERE Markierung = True ;")->Eof();
+        !DB->OpenRecordset("Select Counter FROM Daten WHERE " + personen.bedingung() + " ;")->Eof();
     Auswahl().weiter_freigeben(gewaehlt);
     return gewaehlt;
 }
@@ -130,9 +133,9 @@ void verfasser_speichern() {
     v.Update();
 }
 
-void zusammenfassung_fuellen(const Markenstand* marken) {
+void zusammenfassung_fuellen(const Markenstand* marken, const Personenwahl& personen) {
     Auswahl().DBGrid(1).items("Rows").clear();
-    anzahlen_zeigen(marken);
+    anzahlen_zeigen(marken, personen);
     optionen_zeigen();
 }
 

@@ -1,9 +1,11 @@
 #include "frame/ini.h"
 #include "frame/meldung.h"
 #include "gedcom/export.h"
+#include "selection/verknuepfungen_markieren.h"
 #include "support/export_fixture.h"
 #include "support/gedcom_reader.h"
 #include "wizard/exportstart.h"
+#include "wizard/personengrid.h"
 
 #include <gtest/gtest.h>
 
@@ -315,5 +317,62 @@ TEST_F(Run, TheSampleTree) {
                               "Schließe Export ab"}) {
         at = report.find(stage, at);
         EXPECT_NE(at, std::string::npos) << stage;
+    }
+}
+
+namespace {
+
+struct Stumm : Huellenanzeige {
+    void balken(long long, long long) override {}
+    void ereignisse() override {}
+};
+
+} // namespace
+
+// The command line selects every person without writing a mark: the closure and the export
+// over that selection give the file that the marks written by "Auswählen" (and the living
+// taken out) give, also where marks are Null or set before.
+TEST_F(Run, EveryPersonSelectedInMemoryWritesWhatTheMarksWrite) {
+    alle_schliessen(datei);
+    DB = dao::OpenDatabase(Datenpfad + "/Beispiel.SF6");
+    tabellen_oeffnen();
+    Auswahl().Datei(0).set("FileName", Value("Beispiel.SF6"));
+    DB->Execute("UPDATE Daten SET Markierung = 0 ;");
+    DB->Execute("UPDATE Daten SET Markierung = -1 WHERE Counter < 12 ;");
+    DB->Execute("UPDATE Daten SET Markierung = NULL WHERE Counter IN (3, 20, 41) ;");
+    DB->Execute("UPDATE Daten SET Lebt = NULL WHERE Counter = 44 ;");
+    ASSERT_GT(DB->OpenRecordset("SELECT count(*) FROM Daten WHERE Lebt = TRUE")->get(0).toInt(), 0);
+    Stumm still;
+    StilleAnzeige stiller;
+    auto lauf = [&](const Personenwahl& wahl, const std::string& name) {
+        Exportoptionen optionen = exportoptionen_aus_formular(Auswahl());
+        Huelle h = huelle_berechnen(still, wahl);
+        optionen.marken = std::make_shared<const Markenstand>(std::move(h.marken));
+        optionen.personen = wahl;
+        exportieren(optionen, dir.file(name), stiller);
+        return withoutClock(test::readFile(dir.file(name)));
+    };
+    for (const bool ohne_lebende : {false, true}) {
+        Personenwahl wahl;
+        wahl.alle = true;
+        wahl.ohne_lebende = ohne_lebende;
+        const std::string im_speicher = lauf(wahl, "speicher.ged");
+        std::string geschrieben;
+        {
+            dao::Transaction nie(*DB);
+            markieren_befehl(0, "Auswählen");
+            if (ohne_lebende)
+                lebende_abwaehlen();
+            geschrieben = lauf({}, "geschrieben.ged");
+        }
+        EXPECT_EQ(im_speicher, geschrieben) << ohne_lebende;
+        std::ptrdiff_t personen = 0;
+        for (std::size_t at = 0; (at = im_speicher.find("@ INDI\r\n", at)) != std::string::npos;
+             ++at)
+            ++personen;
+        EXPECT_EQ(personen,
+                  DB->OpenRecordset("SELECT count(*) FROM Daten WHERE " + wahl.bedingung())
+                      ->get(0)
+                      .toInt());
     }
 }
