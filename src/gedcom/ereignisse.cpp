@@ -83,7 +83,7 @@ void ereignis_schreiben(Exportlauf& lauf, std::int16_t nr, const Ereignistabelle
         return;
     const Ereignisart& art = *gefunden;
     const std::string grund(e.grund);
-    const std::string tag = trimmed(art.gedtag);
+    const std::string& tag = art.gedtag;
     // The cause as the tag's value, for the kinds that have it there.
     std::string tagwert;
     if (art.causAlsTag)

@@ -5,6 +5,7 @@
 #include "engine/date_time.h"
 #include "engine/durchlauf.h"
 #include "engine/errors.h"
+#include "engine/sqlite_handle.h"
 #include "engine/text_util.h"
 #include "frame/sprache.h"
 #include "gedcom/ausgabe.h"
@@ -19,6 +20,30 @@
 namespace folio {
 
 namespace {
+
+// The run reads each table once from front to back and keeps what it needs itself: a small
+// page cache does for it, and leaves the memory to its tables. The cache is as it was when the
+// run ends.
+class KleinerSeitenspeicher {
+public:
+    KleinerSeitenspeicher() {
+        sqlite::Statement groesse(DB->connection(), "PRAGMA cache_size");
+        vorher_ = groesse.step() ? groesse.int64(0) : -65536;
+        DB->connection().exec("PRAGMA cache_size = -16384");
+    }
+    ~KleinerSeitenspeicher() {
+        try {
+            DB->connection().exec("PRAGMA cache_size = " + std::to_string(vorher_));
+        } catch (const Error&) {
+            // A cache of the wrong size costs speed, nothing else.
+        }
+    }
+    KleinerSeitenspeicher(const KleinerSeitenspeicher&) = delete;
+    KleinerSeitenspeicher& operator=(const KleinerSeitenspeicher&) = delete;
+
+private:
+    std::int64_t vorher_ = 0;
+};
 
 void kopf_schreiben(Exportlauf& lauf) {
     const Exportoptionen& o = lauf.optionen;
@@ -60,6 +85,7 @@ void exportieren(const Exportoptionen& optionen, const std::string& ziel,
     Exportlauf lauf(optionen, datei, fortschritt);
     // The run only reads: one transaction over it spares every query its own.
     dao::Transaction lesen(*DB, false);
+    KleinerSeitenspeicher seiten;
 
     fortschritt.text(sprachtext("610"), false);
     fortschritt.ereignisse();

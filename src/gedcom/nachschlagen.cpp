@@ -8,7 +8,6 @@
 #include "gedcom/rtf.h"
 
 #include <algorithm>
-#include <map>
 #include <optional>
 #include <unordered_map>
 
@@ -18,7 +17,7 @@ namespace {
 
 Ereignisart ereignisart_lesen(dao::Recordset& rs) {
     Ereignisart a;
-    a.gedtag = rs.get("gedtag").text();
+    a.gedtag = trimmed(rs.get("gedtag").text());
     a.art = rs.get("Art").text();
     a.maxhauptpersonen = rs.get("maxhauptpersonen").toInt();
     a.causAlsTag = rs.get("CAUSasTAG").toBool();
@@ -199,11 +198,11 @@ std::span<const Verknuepfung> Nachschlagetabellen::verknuepfungen(RecordId quell
     auto vor = [](const Verknuepfung& v, const std::pair<RecordId, char>& k) {
         return std::pair(v.quelle, v.art_quelle) < k;
     };
-    auto nach = [](const std::pair<RecordId, char>& k, const Verknuepfung& v) {
-        return k < std::pair(v.quelle, v.art_quelle);
-    };
     auto von = std::lower_bound(verknuepfungen_.begin(), verknuepfungen_.end(), schluessel, vor);
-    auto bis = std::upper_bound(von, verknuepfungen_.end(), schluessel, nach);
+    // A record has a handful of links: the end of them is found by walking.
+    auto bis = von;
+    while (bis != verknuepfungen_.end() && bis->quelle == quelle && bis->art_quelle == art)
+        ++bis;
     return {von, bis};
 }
 
@@ -237,7 +236,7 @@ const OrtEintrag& Nachschlagetabellen::ort(RecordId datensatz) {
 
 const std::string* Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Recordset& rs,
                                                  RecordId datensatz) {
-    auto& ziele = markiert_[&rs];
+    auto& ziele = markiert_[static_cast<std::size_t>(tabelle)];
     auto it = ziele.find(datensatz);
     if (it == ziele.end()) {
         std::optional<std::string> counter;

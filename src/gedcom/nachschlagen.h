@@ -7,8 +7,8 @@
 #include "engine/record_id.h"
 #include "gedcom/ereignistabelle.h"
 
+#include <array>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -30,7 +30,7 @@ struct OrtEintrag {
 
 // The four columns of the kinds of events that the event writer needs.
 struct Ereignisart {
-    std::string gedtag;
+    std::string gedtag; // trimmed
     std::string art;
     std::int64_t maxhauptpersonen = 0;
     bool causAlsTag = false;
@@ -120,7 +120,8 @@ private:
     Ereignistabelle ereignisse_;
     bool verknuepfungen_geladen_ = false;
     std::vector<Verknuepfung> verknuepfungen_; // by record, kind and target letter
-    std::map<const dao::Recordset*, std::unordered_map<RecordId, std::optional<std::string>>>
+    // By table: the numbers looked up, each with its Counter as text where marked.
+    std::array<std::unordered_map<RecordId, std::optional<std::string>>, AnzahlVerknuepfte>
         markiert_;
 };
 

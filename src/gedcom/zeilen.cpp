@@ -6,7 +6,7 @@
 #include "gedcom/exportlauf.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <string_view>
 
 namespace folio {
@@ -111,8 +111,9 @@ void zeile(Exportlauf& lauf, const std::string& text) {
 
 void zeile(Exportlauf& lauf, int ebene, const std::string& text) {
     char kopf[16];
-    const auto n = std::snprintf(kopf, sizeof kopf, "%d ", ebene);
-    ausgeben(lauf, std::string_view(kopf, static_cast<std::size_t>(n)), text, true);
+    char* ende = std::to_chars(kopf, kopf + sizeof kopf - 1, ebene).ptr;
+    *ende++ = ' ';
+    ausgeben(lauf, std::string_view(kopf, static_cast<std::size_t>(ende - kopf)), text, true);
 }
 
 std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const std::string& text) {
