@@ -124,7 +124,7 @@ void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aende
         nummern_.push_back(counter);
         satz_ablegen(satz);
     }
-    // The first row of a number is the one that a seek finds: the rows are ordered by
+    // The first marked row of a number counts: the rows are ordered by
     // number through an array of their places, and of equal numbers the first stays.
     if (!std::is_sorted(nummern_.begin(), nummern_.end())) {
         std::vector<std::uint32_t> ordnung(nummern_.size());

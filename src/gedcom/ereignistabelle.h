@@ -45,7 +45,8 @@ public:
     void laden(const Markenstand* marken, bool mit_aenderung);
 
     // The place of a marked event in the table; nullopt where it isn't there or isn't
-    // marked. Where a number stands twice, its first row counts, as a seek finds it.
+    // marked. Where a number stands twice (the unique index on Counter forbids it), its
+    // first marked row counts.
     std::optional<std::uint32_t> finden(RecordId counter) const;
     Ereignis lesen(std::uint32_t ereignis) const;
     // The sort key of the event's first date.
