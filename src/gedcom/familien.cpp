@@ -115,18 +115,17 @@ void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
 
 void familien_aus_partnerschaften(Exportlauf& lauf, Familientabelle& tabelle) {
     // A tree without marriage links gives an empty result, which is left alone.
-    zeilen_durchlaufen(
-        lauf, "Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
-        [&](dao::Recordset& paar) {
-            // Two partners of the same kind: the second takes the place of the
-            // first.
-            RecordId vater, mutter;
-            if (!partner_einsetzen(lauf, paar.get("Ziel").toRecordId(), vater, mutter) ||
-                !partner_einsetzen(lauf, paar.get("Quelle").toRecordId(), vater, mutter))
-                return;
-            if (!tabelle.suchen(vater, mutter))
-                tabelle.hinzufuegen(vater, mutter);
-        });
+    zeilen_durchlaufen(lauf, "Select DISTINCT Ziel , Quelle FROM Daten_DS WHERE Art = 'E' ;", 10, 5,
+                       [&](const dao::Durchlauf& paar) {
+                           // Two partners of the same kind: the second takes the place of the
+                           // first.
+                           RecordId vater, mutter;
+                           if (!partner_einsetzen(lauf, paar.nummer(0), vater, mutter) ||
+                               !partner_einsetzen(lauf, paar.nummer(1), vater, mutter))
+                               return;
+                           if (!tabelle.suchen(vater, mutter))
+                               tabelle.hinzufuegen(vater, mutter);
+                       });
 }
 
 void familien_schreiben(Exportlauf& lauf, const Familientabelle& tabelle) {
