@@ -41,9 +41,8 @@ void anzahlen_zeigen(const Markenstand* marken, const Personenwahl& personen) {
         bool immer;
         std::optional<Verknuepft> tabelle; // where the marks may be held in memory
     };
-    const std::string personensql = personen.alle
-                                        ? "Select * FROM Daten WHERE " + personen.bedingung() + " ;"
-                                        : "Select * FROM Daten WHERE Markierung = -1 ;";
+    // The tree's marks ("Markierung = TRUE", that is -1), or the run's own selection.
+    const std::string personensql = "Select * FROM Daten WHERE " + personen.bedingung() + " ;";
     const Zaehlung zaehlungen[] = {
         {personensql.c_str(), "3704 Personen", true, std::nullopt},
         {"Select Counter FROM Ereignis WHERE Markierung = TRUE ;", "2050 Ereignisse", false,
