@@ -76,9 +76,10 @@ private:
 
 } // namespace
 
-void Ereignistabelle::laden(const Markenstand* marken, bool mit_aenderung) {
+void Ereignistabelle::laden(const Markenstand* marken, bool mit_aenderung,
+                            const AndereLinks& andere) {
     ereignisse_laden(marken, mit_aenderung);
-    links_laden();
+    links_laden(andere);
 }
 
 void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aenderung) {
@@ -179,18 +180,21 @@ const char* Ereignistabelle::satz(std::uint32_t ereignis) const {
 // The links of main persons, grouped by person in the order of the table. The letter is
 // compared without regard to case, as the queries of a person's links compare it. The rows
 // are kept as two arrays and ordered through a third, of their places.
-void Ereignistabelle::links_laden() {
+void Ereignistabelle::links_laden(const AndereLinks& andere) {
     std::vector<RecordId> personen;
     std::vector<Link> links;
     // Most events have a main person or two: room for that many links spares the copies of
     // growing, at the moment the table is largest.
     personen.reserve(nummern_.size() + nummern_.size() / 4);
     links.reserve(personen.capacity());
-    dao::Durchlauf l(*DB, "SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS");
+    dao::Durchlauf l(*DB, "SELECT Quelle, Ziel, Ursprung, ASSO FROM Ereignis_DS");
     while (l.weiter()) {
         const std::string_view ursprung = l.textAnsicht(2);
-        if (ursprung != "d" && ursprung != "D")
+        if (ursprung != "d" && ursprung != "D") {
+            if (andere)
+                andere(l);
             continue;
+        }
         if (const auto ereignis = finden(l.nummer(1))) {
             personen.push_back(l.nummer(0));
             links.emplace_back(*ereignis, ursprung == "d");

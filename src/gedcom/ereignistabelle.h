@@ -8,6 +8,7 @@
 #include "engine/record_id.h"
 
 #include <cstddef>
+#include <functional>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -18,6 +19,9 @@
 namespace folio {
 
 class Markenstand;
+namespace dao {
+class Durchlauf;
+}
 
 class Ereignistabelle {
 public:
@@ -41,8 +45,10 @@ public:
     };
 
     // Reads the events marked in the tree, or in `marken` where given; their change stamps
-    // only `mit_aenderung`. Then the links of main persons to them.
-    void laden(const Markenstand* marken, bool mit_aenderung);
+    // only `mit_aenderung`. Then the links of main persons to them, in one pass over the
+    // links that hands every other link (Quelle, Ziel, Ursprung, ASSO) to `andere`.
+    using AndereLinks = std::function<void(const dao::Durchlauf&)>;
+    void laden(const Markenstand* marken, bool mit_aenderung, const AndereLinks& andere = {});
 
     // The place of a marked event in the table; nullopt where it isn't there or isn't
     // marked. Where a number stands twice (the unique index on Counter forbids it), its
@@ -57,7 +63,7 @@ public:
 
 private:
     void ereignisse_laden(const Markenstand* marken, bool mit_aenderung);
-    void links_laden();
+    void links_laden(const AndereLinks& andere);
 
     // The values of the events stand in blocks of a few megabytes, so that the table never
     // needs twice its size while it grows.

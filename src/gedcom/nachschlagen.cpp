@@ -8,7 +8,9 @@
 #include "gedcom/rtf.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
+#include <string_view>
 #include <unordered_map>
 
 namespace folio {
@@ -43,6 +45,11 @@ std::int64_t anzahl(const std::string& sql) {
     return DB->OpenRecordset(sql)->get(0).toInt();
 }
 
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+};
+
 bool gleich(const std::string& a, const std::string& b) {
     return compareNoCase(a, b) == 0;
 }
@@ -56,27 +63,12 @@ char buchstabe(const std::string& s) {
     return s.size() == 1 ? s[0] : '\0';
 }
 
-// All links of persons in other roles than main persons, read in one pass over the table
-// instead of one query per event. DISTINCT compares texts without regard to case.
+// The links of persons in other roles than main persons come in the pass over the links
+// that reads the main persons' too, instead of one query per event. DISTINCT compares texts
+// without regard to case.
 } // namespace
 
-void Nachschlagetabellen::beteiligte_laden() {
-    std::unordered_map<std::string, std::uint32_t> nummern;
-    auto nummer = [&](std::string text) {
-        auto [it, neu] =
-            nummern.try_emplace(text, static_cast<std::uint32_t>(beteiligtentexte_.size()));
-        if (neu)
-            beteiligtentexte_.push_back(std::move(text));
-        return it->second;
-    };
-    dao::Durchlauf rs(*DB, "SELECT Ziel, Quelle, Ursprung, ASSO FROM Ereignis_DS");
-    while (rs.weiter()) {
-        std::string ursprung = rs.text(2);
-        if (upperAscii(ursprung) == "D")
-            continue; // main persons are no associates of their own event
-        beteiligte_.push_back(
-            {rs.nummer(0), rs.nummer(1), nummer(std::move(ursprung)), nummer(rs.text(3))});
-    }
+void Nachschlagetabellen::beteiligte_ordnen() {
     std::stable_sort(
         beteiligte_.begin(), beteiligte_.end(),
         [](const Beteiligter& a, const Beteiligter& b) { return a.ereignis < b.ereignis; });
@@ -99,7 +91,6 @@ void Nachschlagetabellen::beteiligte_laden() {
     }
     verschieden.shrink_to_fit();
     beteiligte_ = std::move(verschieden);
-    beteiligte_geladen_ = true;
 }
 
 // All general links, read in one pass over the table instead of one query per record.
@@ -165,10 +156,26 @@ std::optional<Nachschlagetabellen::Person> Nachschlagetabellen::person(RecordId 
 }
 
 const Ereignistabelle& Nachschlagetabellen::ereignisse() {
-    if (!ereignisse_geladen_) {
-        ereignisse_.laden(marken_, mit_aenderung_);
-        ereignisse_geladen_ = true;
-    }
+    if (ereignisse_geladen_)
+        return ereignisse_;
+    // A handful of letters and roles stand in a million links: each text is kept once.
+    std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> nummern;
+    auto nummer = [&](std::string_view text) {
+        auto it = nummern.find(text);
+        if (it == nummern.end()) {
+            it = nummern.emplace(text, static_cast<std::uint32_t>(beteiligtentexte_.size()))
+                     .first;
+            beteiligtentexte_.emplace_back(text);
+        }
+        return it->second;
+    };
+    // Quelle, Ziel, Ursprung, ASSO of a link whose letter isn't "d" or "D".
+    ereignisse_.laden(marken_, mit_aenderung_, [&](const dao::Durchlauf& l) {
+        const std::uint32_t ursprung = nummer(l.textAnsicht(2));
+        beteiligte_.push_back({l.nummer(1), l.nummer(0), ursprung, nummer(l.textAnsicht(3))});
+    });
+    beteiligte_ordnen();
+    ereignisse_geladen_ = true;
     return ereignisse_;
 }
 
@@ -178,8 +185,7 @@ bool Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Recordset& rs) {
 }
 
 std::span<const Beteiligter> Nachschlagetabellen::beteiligte(RecordId ereignis) {
-    if (!beteiligte_geladen_)
-        beteiligte_laden();
+    ereignisse(); // read with the links of main persons
     auto von = std::lower_bound(beteiligte_.begin(), beteiligte_.end(), ereignis,
                                 [](const Beteiligter& b, RecordId e) { return b.ereignis < e; });
     auto bis = std::upper_bound(von, beteiligte_.end(), ereignis,

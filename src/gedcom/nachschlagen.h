@@ -96,7 +96,7 @@ public:
     const std::string* markiert(Verknuepft tabelle, dao::Recordset& rs, RecordId datensatz);
 
 private:
-    void beteiligte_laden();
+    void beteiligte_ordnen();
     void verknuepfungen_laden();
 
     void personen_laden();
@@ -105,7 +105,6 @@ private:
     bool mit_aenderung_;
     std::unordered_map<RecordId, OrtEintrag> orte_;
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten_;
-    bool beteiligte_geladen_ = false;
     std::vector<Beteiligter> beteiligte_; // by event
     std::vector<std::string> beteiligtentexte_;
     std::unordered_map<int, std::string> sprachtexte_;
