@@ -7,8 +7,10 @@
 
 namespace folio::dao {
 
-Durchlauf::Durchlauf(Database& db, std::string_view sql)
-    : stmt_(db.connection(), jet::translate(sql)) {
+Durchlauf::Durchlauf(Database& db, std::string_view sql) : Durchlauf(db.connection(), sql) {}
+
+Durchlauf::Durchlauf(const sqlite::Connection& verbindung, std::string_view sql)
+    : stmt_(verbindung, jet::translate(sql)) {
     for (int c = 0; c < stmt_.columnCount(); ++c) {
         const char* deklariert = sqlite3_column_decltype(stmt_.get(), c);
         int groesse = 0;

@@ -22,6 +22,8 @@ class Durchlauf {
 public:
     // The SELECT in the files' dialect. Raises as a recordset on it would.
     Durchlauf(Database& db, std::string_view sql);
+    // The same on a connection of its own (a Nebenlauf's).
+    Durchlauf(const sqlite::Connection& verbindung, std::string_view sql);
     Durchlauf(const Durchlauf&) = delete;
     Durchlauf& operator=(const Durchlauf&) = delete;
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <malloc.h>
 
 namespace fs = std::filesystem;
 
@@ -656,9 +657,14 @@ std::unique_ptr<Database> Workspace::CreateDatabase(const std::string& path) {
 }
 
 DBEngine::DBEngine() {
-    // The program uses its databases from one thread: SQLite needs no locks of its own and
-    // no count of its memory, which spares every statement a part of its cost.
-    sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
+    // Each connection is used by one thread at a time (a run reads a second table on a
+    // connection of its own): SQLite needs no locks per connection and no count of its
+    // memory, which spares every statement a part of its cost.
+    sqlite3_config(SQLITE_CONFIG_MULTITHREAD);
+    // A run's tables of a million records are arrays of many megabytes, dropped when the
+    // run has done with them: each gets pages of its own that go back to the system with it,
+    // rather than a share of the heap that stays with the process.
+    mallopt(M_MMAP_THRESHOLD, 1 << 20);
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     workspaces_.push_back(std::make_unique<Workspace>("#Default Workspace#"));
 }

@@ -9,24 +9,74 @@
 namespace folio {
 
 namespace {
-// The file is written in pieces of this size: few system calls, little memory.
+// The file is written in pieces of this size: few system calls, little memory. At most
+// this many wait for the writing thread; the run waits for it where the disk is slower.
 constexpr std::size_t Puffergroesse = 1 << 20;
+constexpr std::size_t HoechstensWartend = 4;
 } // namespace
 
 GedcomAusgabe::GedcomAusgabe(const std::string& ziel) : ziel_(ziel), datei_(ziel) {
     puffer_.reserve(Puffergroesse + (Puffergroesse >> 4));
+    errno = 0;
     out_.open(datei_.path(), std::ios::binary | std::ios::trunc);
     if (!out_)
-        fehler("can't be created");
+        fehler("can't be created", errno);
+    thread_ = std::thread([this] { schreiber(); });
 }
 
-GedcomAusgabe::~GedcomAusgabe() = default; // an unfinished output goes with datei_
+GedcomAusgabe::~GedcomAusgabe() {
+    anhalten(); // an unfinished output goes with datei_
+}
 
-void GedcomAusgabe::fehler(const std::string& was) {
-    const int e = errno;
-    throw Error(e == ENOSPC ? err::DiskFull : err::CannotOpenFile,
-                "The GEDCOM file '" + ziel_ + "' " + was +
-                    (e ? ": " + std::string(std::strerror(e)) : ""));
+void GedcomAusgabe::fehler(const std::string& was, int e) {
+    std::string text = "The GEDCOM file '" + ziel_ + "' " + was;
+    if (e > 0)
+        text.append(": ").append(std::strerror(e));
+    throw Error(e == ENOSPC ? err::DiskFull : err::CannotOpenFile, text);
+}
+
+void GedcomAusgabe::schreiber() {
+    std::unique_lock<std::mutex> sperre(mutex_);
+    for (;;) {
+        bedingung_.wait(sperre, [&] { return !voll_.empty() || ende_; });
+        if (voll_.empty())
+            return;
+        std::string puffer = std::move(voll_.front());
+        voll_.pop_front();
+        if (fehlernummer_ == 0) {
+            sperre.unlock();
+            errno = 0;
+            out_.write(puffer.data(), static_cast<std::streamsize>(puffer.size()));
+            const int e = out_ ? 0 : (errno ? errno : -1);
+            sperre.lock();
+            if (e != 0)
+                fehlernummer_ = e;
+        }
+        puffer.clear();
+        frei_.push_back(std::move(puffer));
+        bedingung_.notify_all();
+    }
+}
+
+void GedcomAusgabe::anhalten() {
+    if (!thread_.joinable())
+        return;
+    {
+        std::lock_guard<std::mutex> sperre(mutex_);
+        ende_ = true;
+    }
+    bedingung_.notify_all();
+    thread_.join();
+}
+
+void GedcomAusgabe::fehler_pruefen() {
+    int e = 0;
+    {
+        std::lock_guard<std::mutex> sperre(mutex_);
+        e = fehlernummer_;
+    }
+    if (e != 0)
+        fehler("could not be written", e);
 }
 
 void GedcomAusgabe::schreiben(std::string_view bytes) {
@@ -36,21 +86,35 @@ void GedcomAusgabe::schreiben(std::string_view bytes) {
         leeren();
 }
 
+// Hands the buffer to the writing thread and takes an empty one.
 void GedcomAusgabe::leeren() {
-    errno = 0;
-    out_.write(puffer_.data(), static_cast<std::streamsize>(puffer_.size()));
-    if (!out_)
-        fehler("could not be written");
-    puffer_.clear();
+    std::unique_lock<std::mutex> sperre(mutex_);
+    bedingung_.wait(sperre, [&] { return voll_.size() < HoechstensWartend || fehlernummer_; });
+    if (fehlernummer_ != 0) {
+        sperre.unlock();
+        fehler_pruefen();
+    }
+    voll_.push_back(std::move(puffer_));
+    if (frei_.empty()) {
+        puffer_ = std::string();
+        puffer_.reserve(Puffergroesse + (Puffergroesse >> 4));
+    } else {
+        puffer_ = std::move(frei_.back());
+        frei_.pop_back();
+    }
+    sperre.unlock();
+    bedingung_.notify_all();
 }
 
 void GedcomAusgabe::abschliessen() {
     leeren();
+    anhalten(); // after the last buffer is written
+    fehler_pruefen();
     errno = 0;
     out_.flush();
     out_.close();
     if (!out_)
-        fehler("could not be written");
+        fehler("could not be written", errno);
     try {
         datei_.putInPlace();
     } catch (const std::exception& e) {

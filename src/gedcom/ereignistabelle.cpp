@@ -76,21 +76,35 @@ private:
 
 } // namespace
 
-void Ereignistabelle::laden(const Markenstand* marken, bool mit_aenderung,
-                            const AndereLinks& andere) {
-    ereignisse_laden(marken, mit_aenderung);
-    links_laden(andere);
+void Ereignistabelle::beginnen(const Markenstand* marken, bool mit_aenderung) {
+    if (lesen_)
+        return;
+    lesen_ = std::make_unique<dao::Nebenlauf>(
+        *DB, [this, marken, mit_aenderung](const sqlite::Connection& verbindung) {
+            ereignisse_lesen(verbindung, marken, mit_aenderung);
+        });
 }
 
-void Ereignistabelle::ereignisse_laden(const Markenstand* marken, bool mit_aenderung) {
+void Ereignistabelle::laden(const Markenstand* marken, bool mit_aenderung,
+                            const AndereLinks& andere) {
+    beginnen(marken, mit_aenderung);
+    Rohlinks roh = links_lesen(DB->connection(), marken, andere);
+    lesen_->warten();
+    lesen_.reset();
+    links_ordnen(std::move(roh), marken);
+}
+
+void Ereignistabelle::ereignisse_lesen(const sqlite::Connection& verbindung,
+                                       const Markenstand* marken, bool mit_aenderung) {
     // The run's marks tell how many events there are; the tree's are counted as they come.
     if (marken) {
         nummern_.reserve(marken->anzahl(Verknuepft::Ereignis));
         stellen_.reserve(marken->anzahl(Verknuepft::Ereignis));
     }
-    dao::Durchlauf e(*DB, std::string("SELECT Counter, Markierung, Art, ca, vTag, vMonat, vJahr, "
-                                      "Kurztext, Text, Grund, Ort, Bild") +
-                              (mit_aenderung ? ", geaendert" : "") + " FROM Ereignis");
+    dao::Durchlauf e(verbindung,
+                     std::string("SELECT Counter, Markierung, Art, ca, vTag, vMonat, vJahr, "
+                                 "Kurztext, Text, Grund, Ort, Bild") +
+                         (mit_aenderung ? ", geaendert" : "") + " FROM Ereignis");
     std::string satz;
     while (e.weiter()) {
         const RecordId counter = e.nummer(0);
@@ -177,17 +191,25 @@ const char* Ereignistabelle::satz(std::uint32_t ereignis) const {
     return bloecke_[stelle >> Stellenbits].data() + (stelle & (Blockgroesse - 1));
 }
 
-// The links of main persons, grouped by person in the order of the table. The letter is
-// compared without regard to case, as the queries of a person's links compare it. The rows
-// are kept as two arrays and ordered through a third, of their places.
-void Ereignistabelle::links_laden(const AndereLinks& andere) {
-    std::vector<RecordId> personen;
-    std::vector<Link> links;
-    // Most events have a main person or two: room for that many links spares the copies of
-    // growing, at the moment the table is largest.
-    personen.reserve(nummern_.size() + nummern_.size() / 4);
-    links.reserve(personen.capacity());
-    dao::Durchlauf l(*DB, "SELECT Quelle, Ziel, Ursprung, ASSO FROM Ereignis_DS");
+// The links of main persons, in the order of the table. The letter is compared without
+// regard to case, as the queries of a person's links compare it.
+Ereignistabelle::Rohlinks Ereignistabelle::links_lesen(const sqlite::Connection& verbindung,
+                                                       const Markenstand* marken,
+                                                       const AndereLinks& andere) {
+    Rohlinks roh;
+    // Room for every link spares the copies of growing, beside the events being read.
+    dao::Durchlauf anzahl(verbindung, "SELECT count(*) FROM Ereignis_DS");
+    const auto zeilen = static_cast<std::size_t>(anzahl.weiter() ? anzahl.ganz(0) : 0);
+    roh.personen.reserve(zeilen);
+    if (marken) {
+        roh.markierte.reserve(zeilen);
+    } else {
+        roh.ereignisse.reserve(zeilen);
+        roh.genau_d.reserve(zeilen);
+    }
+    const std::vector<RecordId>* markiert =
+        marken ? &marken->nummern(Verknuepft::Ereignis) : nullptr;
+    dao::Durchlauf l(verbindung, "SELECT Quelle, Ziel, Ursprung, ASSO FROM Ereignis_DS");
     while (l.weiter()) {
         const std::string_view ursprung = l.textAnsicht(2);
         if (ursprung != "d" && ursprung != "D") {
@@ -195,11 +217,55 @@ void Ereignistabelle::links_laden(const AndereLinks& andere) {
                 andere(l);
             continue;
         }
-        if (const auto ereignis = finden(l.nummer(1))) {
-            personen.push_back(l.nummer(0));
-            links.emplace_back(*ereignis, ursprung == "d");
+        if (!markiert) {
+            roh.personen.push_back(l.nummer(0));
+            roh.ereignisse.push_back(l.nummer(1));
+            roh.genau_d.push_back(ursprung == "d");
+            continue;
         }
+        const RecordId ziel = l.nummer(1);
+        const auto it = std::lower_bound(markiert->begin(), markiert->end(), ziel);
+        if (it == markiert->end() || *it != ziel)
+            continue; // an event not marked isn't in the table
+        roh.personen.push_back(l.nummer(0));
+        roh.markierte.emplace_back(static_cast<std::uint32_t>(it - markiert->begin()),
+                                   ursprung == "d");
     }
+    return roh;
+}
+
+// The links to events in the table, grouped by person in the order of the table of links:
+// kept as two arrays and ordered through a third, of their places.
+void Ereignistabelle::links_ordnen(Rohlinks roh, const Markenstand* marken) {
+    std::vector<RecordId>& personen = roh.personen;
+    std::vector<Link>& links = roh.markierte;
+    std::size_t behalten = 0;
+    if (marken) {
+        // The table holds the marked events alone, each once: mostly their places are the
+        // same.
+        const std::vector<RecordId>& markiert = marken->nummern(Verknuepft::Ereignis);
+        const bool gleich = markiert == nummern_;
+        for (std::size_t i = 0; i < links.size(); ++i) {
+            const std::uint32_t stelle = links[i].ereignis();
+            const auto ereignis =
+                gleich ? std::optional<std::uint32_t>(stelle) : finden(markiert[stelle]);
+            if (ereignis) {
+                personen[behalten] = personen[i];
+                links[behalten++] = Link(*ereignis, links[i].genau_d());
+            }
+        }
+        links.erase(links.begin() + static_cast<std::ptrdiff_t>(behalten), links.end());
+    } else {
+        links.reserve(roh.ereignisse.size());
+        for (std::size_t i = 0; i < roh.ereignisse.size(); ++i)
+            if (const auto ereignis = finden(roh.ereignisse[i])) {
+                personen[behalten++] = personen[i];
+                links.emplace_back(*ereignis, roh.genau_d[i]);
+            }
+        roh.ereignisse = {};
+        roh.genau_d = {};
+    }
+    personen.resize(behalten);
     std::vector<std::uint32_t> ordnung(personen.size());
     for (std::uint32_t i = 0; i < ordnung.size(); ++i)
         ordnung[i] = i;

@@ -1,15 +1,18 @@
-// The events of a run, read in one pass each over Ereignis and Ereignis_DS: the marked
-// events with just the fields that the event writer uses, packed into one block of bytes,
-// and the links of their main persons, so that writing a person or a family asks the
-// database nothing. A million persons bring some five million events; a record costs 12 bytes of
-// index and the twenty-odd bytes of its values.
+// The events of a run, read in one pass each over Ereignis and Ereignis_DS (the events beside
+// the run, on a second connection, where the tree allows it): the marked events with just the
+// fields that the event writer uses, packed into blocks of bytes, and the links of their main
+// persons, so that writing a person or a family asks the database nothing. A million persons
+// bring some five million events; a record costs 12 bytes of index and the twenty-odd bytes
+// of its values.
 #pragma once
 
+#include "engine/nebenlauf.h"
 #include "engine/record_id.h"
 
 #include <cstddef>
-#include <functional>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -44,9 +47,17 @@ public:
         std::uint32_t wert_;
     };
 
-    // Reads the events marked in the tree, or in `marken` where given; their change stamps
-    // only `mit_aenderung`. Then the links of main persons to them, in one pass over the
-    // links that hands every other link (Quelle, Ziel, Ursprung, ASSO) to `andere`.
+    Ereignistabelle() = default;
+    Ereignistabelle(const Ereignistabelle&) = delete;
+    Ereignistabelle& operator=(const Ereignistabelle&) = delete;
+
+    // Starts reading the events marked in the tree, or in `marken` where given (their change
+    // stamps only `mit_aenderung`): on a second connection beside the run where the tree
+    // allows it, so that they are read while the run does other things.
+    void beginnen(const Markenstand* marken, bool mit_aenderung);
+    // Reads the links of main persons on the run's connection, in one pass over the links
+    // that hands every other link (Quelle, Ziel, Ursprung, ASSO) to `andere`; waits for the
+    // events and puts the two together. Begins first where beginnen wasn't called.
     using AndereLinks = std::function<void(const dao::Durchlauf&)>;
     void laden(const Markenstand* marken, bool mit_aenderung, const AndereLinks& andere = {});
 
@@ -62,8 +73,20 @@ public:
     std::span<const Link> links(RecordId person) const;
 
 private:
-    void ereignisse_laden(const Markenstand* marken, bool mit_aenderung);
-    void links_laden(const AndereLinks& andere);
+    // The links of main persons as the table gives them, before the events are known: where
+    // the run has its marks in memory, each with the place of its event among the marked
+    // ones; else with the event's number.
+    struct Rohlinks {
+        std::vector<RecordId> personen;
+        std::vector<Link> markierte;
+        std::vector<RecordId> ereignisse;
+        std::vector<bool> genau_d;
+    };
+    void ereignisse_lesen(const sqlite::Connection& verbindung, const Markenstand* marken,
+                          bool mit_aenderung);
+    static Rohlinks links_lesen(const sqlite::Connection& verbindung, const Markenstand* marken,
+                                const AndereLinks& andere);
+    void links_ordnen(Rohlinks roh, const Markenstand* marken);
 
     // The values of the events stand in blocks of a few megabytes, so that the table never
     // needs twice its size while it grows.
@@ -75,6 +98,7 @@ private:
     std::vector<RecordId> personen_;      // by number
     std::vector<std::uint32_t> anfaenge_; // of each person's links, and the end
     std::vector<Link> links_;
+    std::unique_ptr<dao::Nebenlauf> lesen_; // of the events, while it runs: ends first
 };
 
 } // namespace folio

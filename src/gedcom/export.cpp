@@ -86,6 +86,8 @@ void exportieren(const Exportoptionen& optionen, const std::string& ziel,
     // The run only reads: one transaction over it spares every query its own.
     dao::Transaction lesen(*DB, false);
     KleinerSeitenspeicher seiten;
+    // The events, the largest table, are read beside the families' stages where they can.
+    lauf.tabellen.ereignisse_vorladen();
 
     fortschritt.text(sprachtext("610"), false);
     fortschritt.ereignisse();

@@ -163,8 +163,7 @@ const Ereignistabelle& Nachschlagetabellen::ereignisse() {
     auto nummer = [&](std::string_view text) {
         auto it = nummern.find(text);
         if (it == nummern.end()) {
-            it = nummern.emplace(text, static_cast<std::uint32_t>(beteiligtentexte_.size()))
-                     .first;
+            it = nummern.emplace(text, static_cast<std::uint32_t>(beteiligtentexte_.size())).first;
             beteiligtentexte_.emplace_back(text);
         }
         return it->second;

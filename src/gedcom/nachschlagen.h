@@ -89,6 +89,9 @@ public:
         bool markiert = false, maennlich = false;
     };
     std::optional<Person> person(RecordId nummer);
+    // Starts reading the marked events beside the run where the tree allows it, so that
+    // they are there when the first is asked for.
+    void ereignisse_vorladen() { ereignisse_.beginnen(marken_, mit_aenderung_); }
     // The marked events, read when first asked for.
     const Ereignistabelle& ereignisse();
     // The record's Counter as text where it exists and is marked; nullptr otherwise. `rs` is

@@ -3,6 +3,7 @@
 #include "database/tabellen.h"
 #include "engine/connection_setup.h"
 #include "engine/durchlauf.h"
+#include "engine/nebenlauf.h"
 
 #include <algorithm>
 #include <array>
@@ -163,12 +164,20 @@ struct Bestand {
 RecordId verweis(const Value& v) {
     return v.isNull() ? RecordId() : v.toRecordId();
 }
+RecordId verweis(const dao::Durchlauf& rs, int spalte) {
+    return rs.istNull(spalte) ? RecordId() : rs.nummer(spalte);
+}
 
-// Reads the rows of `sql` once, forward, without a recordset's bookkeeping.
-template <class Zeile> void lesen(const std::string& sql, Zeile&& zeile) {
-    dao::Durchlauf rs(*DB, sql);
+// Reads the rows of `sql` once, forward, without a recordset's bookkeeping; on the run's
+// connection or on the one given.
+template <class Zeile>
+void lesen(const sqlite::Connection& verbindung, const std::string& sql, Zeile&& zeile) {
+    dao::Durchlauf rs(verbindung, sql);
     while (rs.weiter())
         zeile(rs);
+}
+template <class Zeile> void lesen(const std::string& sql, Zeile&& zeile) {
+    lesen(DB->connection(), sql, std::forward<Zeile>(zeile));
 }
 
 // The letter among `buchstaben` that `text` equals without regard to case as the tree's
@@ -216,6 +225,16 @@ struct Hauptperson {
     RecordId person;
 };
 
+// The links of Ereignis_DS as read, before the events are known: the person (Quelle) and
+// the event (Ziel), Null as 0, whether both are there, and whether the letter is exactly
+// "d". Three arrays rather than one of a padded struct: a million persons bring seven
+// million links.
+struct Teilnahmen {
+    std::vector<RecordId> personen, ereignisse;
+    std::vector<std::uint8_t> art;
+    static constexpr std::uint8_t BeideDa = 1, GenauD = 2;
+};
+
 class Rechnung {
 public:
     Rechnung(Huelle& h, Huellenanzeige& anzeige, const Personenwahl& personen)
@@ -223,11 +242,20 @@ public:
 
     void lesen_und_folgen() {
         tabellen_lesen();
-        personen_lesen();
-        weiter();
+        paar_arten_ = arten_mehrerer_personen();
+        // The persons and the links of events are read beside the events, on a second
+        // connection where the tree allows it: no pass of those touches the events' arrays.
+        Teilnahmen teilnahmen;
+        dao::Nebenlauf nebenher(*DB, [&](const sqlite::Connection& verbindung) {
+            personen_lesen(verbindung);
+            teilnahmen = teilnahmen_lesen(verbindung);
+        });
         ereignisse_lesen();
+        nebenher.warten();
+        anzeige_.balken(0, anzahl_);
         weiter();
-        teilnahmen_lesen();
+        teilnahmen_folgen(teilnahmen);
+        teilnahmen = {};
         weiter();
         paare_markieren();
         weiter();
@@ -244,8 +272,9 @@ public:
 
 private:
     Bestand& b(Verknuepft t) { return b_[static_cast<std::size_t>(t)]; }
+    // The bar moves by one of the seven steps of lesen_und_folgen.
     void weiter() {
-        anzeige_.balken(anzahl_ * ++schritt_ / 8, anzahl_);
+        anzeige_.balken(anzahl_ * ++schritt_ / 7, anzahl_);
         anzeige_.ereignisse();
     }
 
@@ -262,22 +291,21 @@ private:
         lesen(std::string("SELECT Counter") + felder + " FROM " +
                   VerknuepfteTabellen[static_cast<std::size_t>(t)],
               [&](dao::Durchlauf& rs) {
-                  const Value counter = rs.wert(0);
-                  if (counter.isNull())
+                  if (rs.istNull(0))
                       return;
-                  nummern.push_back(counter.toRecordId());
+                  nummern.push_back(rs.nummer(0));
                   if (t == Verknuepft::Ort) {
-                      feld.push_back(verweis(rs.wert(1)));
+                      feld.push_back(verweis(rs, 1));
                       return;
                   }
                   if (anzahl_felder >= 1) {
-                      const RecordId o = verweis(rs.wert(1));
+                      const RecordId o = verweis(rs, 1);
                       ort.push_back(o.isZero() ? Kein : orte.position(o));
                   }
                   if (paar_arten)
                       paar.push_back(ist_paar_art(rs.wert(2), *paar_arten));
                   else if (anzahl_felder >= 2)
-                      feld.push_back(verweis(rs.wert(2)));
+                      feld.push_back(verweis(rs, 2));
               });
         ordnen(nummern, ort, feld, paar);
         ziel.nummern.setzen(std::move(nummern));
@@ -327,49 +355,63 @@ private:
     }
 
     // Pass 1, the fields of the marked persons: their places and their image.
-    void personen_lesen() {
+    void personen_lesen(const sqlite::Connection& verbindung) {
         std::vector<RecordId> personen;
-        lesen("SELECT Counter, Ort, GOrt, SOrt, Bild FROM Daten WHERE " + wahl_.bedingung(),
+        lesen(verbindung,
+              "SELECT Counter, Ort, GOrt, SOrt, Bild FROM Daten WHERE " + wahl_.bedingung(),
               [&](dao::Durchlauf& rs) {
-                  const Value counter = rs.wert(0);
-                  if (!counter.isNull())
-                      personen.push_back(counter.toRecordId());
+                  if (!rs.istNull(0))
+                      personen.push_back(rs.nummer(0));
                   for (int feld = 1; feld <= 4; ++feld)
-                      if (const RecordId n = verweis(rs.wert(feld)); !n.isZero())
+                      if (const RecordId n = verweis(rs, feld); !n.isZero())
                           b(feld < 4 ? Verknuepft::Ort : Verknuepft::Bilder).markieren(n);
               });
         anzahl_ = static_cast<long long>(personen.size());
         std::sort(personen.begin(), personen.end());
         personen.erase(std::unique(personen.begin(), personen.end()), personen.end());
         personen_.setzen(std::move(personen));
-        anzeige_.balken(0, anzahl_);
     }
 
-    void ereignisse_lesen() {
-        paar_arten_ = arten_mehrerer_personen();
-        tabelle_lesen(Verknuepft::Ereignis, ", Ort, Art", 2, &paar_arten_);
+    void ereignisse_lesen() { tabelle_lesen(Verknuepft::Ereignis, ", Ort, Art", 2, &paar_arten_); }
+
+    static Teilnahmen teilnahmen_lesen(const sqlite::Connection& verbindung) {
+        Teilnahmen t;
+        // Room for every link spares the copies of growing, beside the events being read.
+        dao::Durchlauf anzahl(verbindung, "SELECT count(*) FROM Ereignis_DS");
+        const auto zeilen = static_cast<std::size_t>(anzahl.weiter() ? anzahl.ganz(0) : 0);
+        t.personen.reserve(zeilen);
+        t.ereignisse.reserve(zeilen);
+        t.art.reserve(zeilen);
+        lesen(verbindung, "SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS",
+              [&](dao::Durchlauf& rs) {
+                  t.personen.push_back(verweis(rs, 0));
+                  t.ereignisse.push_back(verweis(rs, 1));
+                  t.art.push_back(
+                      static_cast<std::uint8_t>((rs.istNull(0) || rs.istNull(1) ? 0 : t.BeideDa) |
+                                                (rs.textAnsicht(2) == "d" ? t.GenauD : 0)));
+              });
+        return t;
     }
 
     // Pass 1, the events of the marked persons: those of one person at once; a couple's
     // event becomes a candidate, and the main persons of couples' events are kept in the
     // order of the table.
-    void teilnahmen_lesen() {
+    void teilnahmen_folgen(const Teilnahmen& t) {
         Bestand& e = b(Verknuepft::Ereignis);
         kandidat_.assign(e.nummern.size(), false);
-        lesen("SELECT Quelle, Ziel, Ursprung FROM Ereignis_DS", [&](dao::Durchlauf& rs) {
-            const Value quelle = rs.wert(0), ziel = rs.wert(1);
-            const std::uint32_t p = e.nummern.position(verweis(ziel));
+        for (std::size_t i = 0; i < t.ereignisse.size(); ++i) {
+            const std::uint32_t p = e.nummern.position(t.ereignisse[i]);
             if (p == Kein)
-                return;
-            if (!ziel.isNull() && !quelle.isNull() && personen_.enthaelt(quelle.toRecordId())) {
+                continue;
+            if (t.art[i] & t.BeideDa && personen_.enthaelt(t.personen[i])) {
                 if (e.paar[p])
                     kandidat_[p] = true;
                 else
                     e.markiert[p] = true;
             }
-            if (e.paar[p] && rs.wert(2).text() == "d")
-                hauptpersonen_.push_back({p, verweis(quelle)});
-        });
+            if (e.paar[p] && t.art[i] & t.GenauD)
+                hauptpersonen_.push_back({p, t.personen[i]});
+        }
     }
 
     // Pass 1, the couples' events: the first and the last main person decide; both must be

@@ -1,5 +1,7 @@
+#include "engine/durchlauf.h"
 #include "engine/engine.h"
 #include "engine/errors.h"
+#include "engine/nebenlauf.h"
 #include "engine/recordset.h"
 #include "support/small_db.h"
 
@@ -310,4 +312,52 @@ TEST(Engine, TransactionsCommitOrLeaveNothing) {
     }
     rs->Requery();
     EXPECT_EQ(rs->get("Name").text(), "Maier");
+}
+
+// Reading beside the run: on a connection of its own where it sees what the run sees,
+// otherwise on the run's connection when waited for; either way the same rows, and a
+// failure reaches the one who waits.
+TEST(Engine, ReadingBesideTheRunSeesWhatTheRunSees) {
+    SmallDb s;
+    for (int i = 1; i <= 500; ++i)
+        test::addPerson(*s.db, i, "P" + std::to_string(i));
+    auto namen = [](const sqlite::Connection& c) {
+        std::string alle;
+        dao::Durchlauf d(c, "SELECT Name FROM Personen ORDER BY Counter");
+        while (d.weiter())
+            alle += d.text(0) + ",";
+        return alle;
+    };
+    const std::string erwartet = namen(s.db->connection());
+
+    std::string gelesen;
+    {
+        dao::Transaction lesen(*s.db, false);
+        dao::Nebenlauf n(*s.db, [&](const sqlite::Connection& c) { gelesen = namen(c); });
+        EXPECT_TRUE(n.nebenher());
+        n.warten();
+        lesen.commit();
+    }
+    EXPECT_EQ(gelesen, erwartet);
+
+    // A change of the run not yet committed: a second connection wouldn't see it.
+    {
+        dao::Transaction t(*s.db);
+        s.db->Execute("UPDATE Personen SET Name = 'X' WHERE Counter = 7");
+        dao::Nebenlauf n(*s.db, [&](const sqlite::Connection& c) { gelesen = namen(c); });
+        EXPECT_FALSE(n.nebenher());
+        n.warten();
+        EXPECT_NE(gelesen.find(",X,"), std::string::npos);
+    }
+
+    dao::Nebenlauf kaputt(*s.db, [](const sqlite::Connection& c) {
+        dao::Durchlauf d(c, "SELECT Name FROM Nirgends");
+    });
+    EXPECT_THROW(kaputt.warten(), DatabaseError);
+
+    // Nobody waits: the work is stopped, and the tree stays usable.
+    {
+        dao::Nebenlauf verlassen(*s.db, [&](const sqlite::Connection& c) { namen(c); });
+    }
+    EXPECT_EQ(namen(s.db->connection()), erwartet);
 }
