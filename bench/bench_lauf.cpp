@@ -48,10 +48,20 @@ void spitze_zuruecksetzen() {
     std::ofstream("/proc/self/clear_refs") << "5";
 }
 
+// A figure of before, or a dash where it wasn't measured.
+std::string vorher_zahl(double wert, const char* format) {
+    if (wert <= 0)
+        return "—";
+    char text[32];
+    std::snprintf(text, sizeof text, format, wert);
+    return text;
+}
+
 void zeile(const char* was, const Messung& jetzt, const Messung* vorher) {
     std::printf("    %-11s %8.2f s %8.1f MB", was, jetzt.sekunden, jetzt.mb);
     if (vorher && vorher->sekunden > 0)
-        std::printf("    before: %8.2f s %8.1f MB", vorher->sekunden, vorher->mb);
+        std::printf("    before: %8s s %8s MB", vorher_zahl(vorher->sekunden, "%.2f").c_str(),
+                    vorher_zahl(vorher->mb, "%.1f").c_str());
     std::printf("\n");
 }
 

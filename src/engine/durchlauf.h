@@ -10,6 +10,7 @@
 #include "engine/value.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,6 +43,7 @@ public:
     std::string_view textAnsicht(int spalte) const;
 
 private:
+    std::optional<std::int64_t> ganzzahl(int spalte) const;
     sqlite::Statement stmt_;
     std::vector<FieldType> typen_;
     std::vector<bool> dynamisch_;
