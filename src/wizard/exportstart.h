@@ -5,6 +5,7 @@
 
 #include "gedcom/exportlauf.h"
 
+#include <chrono>
 #include <string>
 
 namespace folio {
@@ -37,6 +38,7 @@ public:
 
 private:
     AuswahlForm& form_;
+    std::chrono::steady_clock::time_point zuletzt_; // the event loop last ran
 };
 
 // What the controls of the form tell a run: the character set, the privacy boxes, strict
