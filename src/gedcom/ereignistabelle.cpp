@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_set>
 
 namespace folio {
 
@@ -106,6 +107,7 @@ void Ereignistabelle::ereignisse_lesen(const sqlite::Connection& verbindung,
                                  "Kurztext, Text, Grund, Ort, Bild") +
                          (mit_aenderung ? ", geaendert" : "") + " FROM Ereignis");
     std::string satz;
+    std::unordered_set<std::int64_t> arten;
     while (e.weiter()) {
         const RecordId counter = e.nummer(0);
         if (marken ? !marken->markiert(Verknuepft::Ereignis, counter) : !e.wahr(1))
@@ -114,7 +116,11 @@ void Ereignistabelle::ereignisse_lesen(const sqlite::Connection& verbindung,
         const std::int64_t tag = e.ganz(4), monat = e.ganz(5), jahr = e.ganz(6);
         const RecordId ort = e.nummer(10), bild = e.nummer(11);
         const bool aenderung = mit_aenderung && !e.istNull(12);
-        zahl_anhaengen(satz, e.ganz(2));
+        const std::int64_t art = e.ganz(2);
+        if (arten_.empty() || arten_.back() != art) // mostly the kind of the row before
+            if (arten.insert(art).second)
+                arten_.push_back(art);
+        zahl_anhaengen(satz, art);
         zahl_anhaengen(satz, tag);
         zahl_anhaengen(satz, monat);
         zahl_anhaengen(satz, jahr);

@@ -71,6 +71,8 @@ public:
     // The links of a person as a main person ("d" or "D") to marked events, in the order
     // of the table of links.
     std::span<const Link> links(RecordId person) const;
+    // The kinds of the events in the table, each once.
+    const std::vector<std::int64_t>& arten() const { return arten_; }
 
 private:
     // The links of main persons as the table gives them, before the events are known: where
@@ -98,6 +100,7 @@ private:
     std::vector<RecordId> personen_;      // by number
     std::vector<std::uint32_t> anfaenge_; // of each person's links, and the end
     std::vector<Link> links_;
+    std::vector<std::int64_t> arten_;
     std::unique_ptr<dao::Nebenlauf> lesen_; // of the events, while it runs: ends first
 };
 

@@ -114,22 +114,20 @@ void exportieren(const Exportoptionen& optionen, const std::string& ziel,
     datei.abschliessen();
 }
 
-namespace {
+namespace {} // namespace
 
 // The number of rows that the last row of the query would tell, counted by the database: a
 // move to the last row would fix every row first and make each read a lookup.
-std::int64_t zeilenzahl(const std::string& sql) {
+std::int64_t zeilen_zaehlen(const std::string& sql) {
     std::string innen = sql;
     while (!innen.empty() && (innen.back() == ';' || innen.back() == ' '))
         innen.pop_back();
     return DB->OpenRecordset("SELECT count(*) FROM (" + innen + ")")->get(0).toInt();
 }
 
-} // namespace
-
 void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, double spanne,
                         const std::function<void(const dao::Durchlauf&)>& schreiben) {
-    const std::int64_t gesamt = zeilenzahl(sql);
+    const std::int64_t gesamt = zeilen_zaehlen(sql);
     dao::Durchlauf zeilen(*DB, sql);
     for (std::int64_t anzahl = 1; zeilen.weiter(); ++anzahl) {
         fortschritt_setzen(lauf, anzahl, gesamt, basis, spanne);
@@ -142,7 +140,7 @@ void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, 
     auto rs = DB->OpenRecordset(sql);
     if (rs->Eof())
         return;
-    const std::int64_t gesamt = zeilenzahl(sql);
+    const std::int64_t gesamt = zeilen_zaehlen(sql);
     std::int64_t anzahl = 0;
     for (; !rs->Eof(); rs->MoveNext()) {
         fortschritt_setzen(lauf, ++anzahl, gesamt, basis, spanne);

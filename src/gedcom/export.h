@@ -33,6 +33,8 @@ void markierte_durchlaufen(Exportlauf& lauf, Verknuepft tabelle, double basis, d
 // The same in one forward pass, reading the columns by their position.
 void zeilen_durchlaufen(Exportlauf& lauf, const std::string& sql, double basis, double spanne,
                         const std::function<void(const dao::Durchlauf&)>& schreiben);
+// The number of rows of `sql`, counted by the database.
+std::int64_t zeilen_zaehlen(const std::string& sql);
 // The progress at row `anzahl` of `gesamt`: the share of `spanne` on top of `basis`.
 void fortschritt_setzen(Exportlauf& lauf, std::int64_t anzahl, std::int64_t gesamt, double basis,
                         double spanne);

@@ -66,11 +66,22 @@ public:
 };
 
 class Exportlauf {
+    StilleAnzeige stille_; // the progress of a part of the run: the run itself reports it
+    std::unique_ptr<Nachschlagetabellen> eigene_tabellen_;
+
 public:
     Exportlauf(const Exportoptionen& optionen, GedcomAusgabe& ausgabe,
                Fortschrittsanzeige& fortschritt)
-        : optionen(optionen), ausgabe(ausgabe), fortschritt(fortschritt),
-          tabellen(optionen.marken.get(), optionen.personen, optionen.aenderungsdatum) {}
+        : eigene_tabellen_(std::make_unique<Nachschlagetabellen>(
+              optionen.marken.get(), optionen.personen, optionen.aenderungsdatum)),
+          optionen(optionen), ausgabe(ausgabe), fortschritt(fortschritt),
+          tabellen(*eigene_tabellen_) {}
+    // A part of the run that writes on another thread: the run's options and tables (which
+    // must have read everything, Nachschlagetabellen::alles_laden), its lines into
+    // `speicher`, no progress of its own.
+    Exportlauf(Exportlauf& lauf, std::string& speicher)
+        : optionen(lauf.optionen), ausgabe(lauf.ausgabe), fortschritt(stille_),
+          tabellen(lauf.tabellen), speicher(&speicher) {}
     Exportlauf(const Exportlauf&) = delete;
     Exportlauf& operator=(const Exportlauf&) = delete;
 
@@ -78,9 +89,11 @@ public:
     GedcomAusgabe& ausgabe;
     Fortschrittsanzeige& fortschritt;
     // Records that the writers look up again and again, kept for this run.
-    Nachschlagetabellen tabellen;
+    Nachschlagetabellen& tabellen;
     // Room for the line being written, kept so that a line costs no allocation.
     std::string zeilenpuffer;
+    // Where a part of the run puts its lines instead of the file.
+    std::string* speicher = nullptr;
 };
 
 } // namespace folio

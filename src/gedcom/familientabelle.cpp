@@ -63,6 +63,11 @@ std::vector<std::size_t> Familientabelle::zeilen_mit_person(RecordId person) con
     return zeilen;
 }
 
+void Familientabelle::vorbereiten() const {
+    zeilen_mit_person(RecordId());
+    sortieren();
+}
+
 void Familientabelle::kind_merken(RecordId kind, RecordId vater, RecordId mutter) {
     if (vater.isZero() && mutter.isZero())
         return;

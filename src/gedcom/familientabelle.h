@@ -38,6 +38,9 @@ public:
     void kind_merken(RecordId kind, RecordId vater, RecordId mutter);
     // The marked children of a row: of both parents, or of the one parent that the row has.
     std::vector<RecordId> kinder(RecordId vater, RecordId mutter) const;
+    // Builds the indexes that the searches above build when first asked, so that from then
+    // on several threads may search at once. The table is complete.
+    void vorbereiten() const;
 
 private:
     struct PaarHash {

@@ -219,11 +219,68 @@ const Ereignisart* Nachschlagetabellen::ereignisart(std::int64_t art) {
     return it->second ? &*it->second : nullptr;
 }
 
+void Nachschlagetabellen::alles_laden() {
+    if (alles_geladen_)
+        return;
+    ereignisse();
+    for (std::int64_t art : ereignisse_.arten())
+        ereignisart(art);
+    if (!verknuepfungen_geladen_)
+        verknuepfungen_laden();
+    if (!personen_geladen_)
+        personen_laden();
+    for (int zeichen = 0; zeichen < 256; ++zeichen) // the roles by the letter of a link
+        sprachtext(1800 + zeichen);
+    // Every record that a person or an event may point to, looked up as a writer looks it up.
+    auto jeder = [](const char* tabelle, const std::function<void(RecordId)>& nachschlagen) {
+        std::vector<RecordId> nummern;
+        dao::Durchlauf d(*DB, std::string("SELECT DISTINCT Counter FROM ") + tabelle +
+                                  " WHERE Counter IS NOT NULL");
+        while (d.weiter())
+            nummern.push_back(d.nummer(0));
+        for (RecordId n : nummern)
+            nachschlagen(n);
+    };
+    jeder("Ort", [&](RecordId n) { ort(n); });
+    jeder("Adressen", [&](RecordId n) { adresse(n); });
+    jeder("Bilder", [&](RecordId n) { markiert(Verknuepft::Bilder, *rs_Bilder, n); });
+    jeder("Notiz", [&](RecordId n) { markiert(Verknuepft::Notiz, *rs_Notiz, n); });
+    jeder("Dokument", [&](RecordId n) { markiert(Verknuepft::Dokument, *rs_Dokument, n); });
+    orte_ganz_ = adressen_ganz_ = true;
+    for (Verknuepft t : {Verknuepft::Bilder, Verknuepft::Notiz, Verknuepft::Dokument})
+        ganz_[static_cast<std::size_t>(t)] = true;
+    alles_geladen_ = true;
+}
+
+const AdressEintrag& Nachschlagetabellen::adresse(RecordId datensatz) {
+    static const AdressEintrag keine;
+    auto it = adressen_.find(datensatz);
+    if (it != adressen_.end())
+        return it->second;
+    if (adressen_ganz_)
+        return keine;
+    AdressEintrag e;
+    dao::Recordset& rs = *rs_Adressen;
+    rs.Index("Counter");
+    rs.Seek("=", Value(datensatz));
+    if (!rs.NoMatch() && markiert(Verknuepft::Adressen, rs)) {
+        e.markiert = true;
+        e.adresse = rtf_klartext(rs.get("adresse").text());
+        e.listenname = rs.get("Listenname").text();
+        e.ort = rs.get("Ort").toRecordId();
+        e.memo = rtf_klartext(rs.get("Memo").text());
+    }
+    return adressen_.emplace(datensatz, std::move(e)).first->second;
+}
+
 const OrtEintrag& Nachschlagetabellen::ort(RecordId datensatz) {
+    static const OrtEintrag keiner;
     auto& orte = orte_;
     auto it = orte.find(datensatz);
     if (it != orte.end())
         return it->second;
+    if (orte_ganz_)
+        return keiner;
     OrtEintrag e;
     dao::Recordset& ort = *rs_Ort;
     ort.Index("Counter");
@@ -243,6 +300,8 @@ const std::string* Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Record
                                                  RecordId datensatz) {
     auto& ziele = markiert_[static_cast<std::size_t>(tabelle)];
     auto it = ziele.find(datensatz);
+    if (it == ziele.end() && ganz_[static_cast<std::size_t>(tabelle)])
+        return nullptr;
     if (it == ziele.end()) {
         std::optional<std::string> counter;
         rs.Index("Counter");

@@ -28,6 +28,15 @@ struct OrtEintrag {
     bool hat_text = false; // its memo has a text
 };
 
+// An address as its writer needs it.
+struct AdressEintrag {
+    bool markiert = false; // the address exists and is marked
+    std::string adresse;   // plain text
+    std::string listenname;
+    RecordId ort;
+    std::string memo; // plain text
+};
+
 // The four columns of the kinds of events that the event writer needs.
 struct Ereignisart {
     std::string gedtag; // trimmed
@@ -66,8 +75,14 @@ public:
 
     // Whether the record of a linked table on which `rs` stands is marked.
     bool markiert(Verknuepft tabelle, dao::Recordset& rs);
+    // Reads everything that the writers of persons and their events look up, so that from
+    // then on the tables only answer and several threads may write persons at once.
+    void alles_laden();
+
     // The place, marked or not, as the writers need it.
     const OrtEintrag& ort(RecordId datensatz);
+    // The address, marked or not.
+    const AdressEintrag& adresse(RecordId datensatz);
     // The kind of event from the file's own table of kinds, else from the catalogue; nullptr
     // where neither knows it.
     const Ereignisart* ereignisart(std::int64_t art);
@@ -106,7 +121,12 @@ private:
     const Markenstand* marken_;
     Personenwahl personenwahl_;
     bool mit_aenderung_;
+    bool alles_geladen_ = false;
+    // The tables read whole: a number not found there has no record, and isn't noted.
+    bool orte_ganz_ = false, adressen_ganz_ = false;
+    std::array<bool, AnzahlVerknuepfte> ganz_{};
     std::unordered_map<RecordId, OrtEintrag> orte_;
+    std::unordered_map<RecordId, AdressEintrag> adressen_;
     std::unordered_map<std::int64_t, std::optional<Ereignisart>> arten_;
     std::vector<Beteiligter> beteiligte_; // by event
     std::vector<std::string> beteiligtentexte_;

@@ -9,17 +9,6 @@
 
 namespace folio {
 
-namespace {
-
-// Seeks an address by its number; false where it isn't there or isn't marked.
-bool markiert_gefunden(Exportlauf& lauf, dao::Recordset& rs, RecordId datensatz) {
-    rs.Index("Counter");
-    rs.Seek("=", Value(datensatz));
-    return !rs.NoMatch() && lauf.tabellen.markiert(Verknuepft::Adressen, rs);
-}
-
-} // namespace
-
 void ortschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
     if (datensatz.isZero())
         return;
@@ -34,19 +23,15 @@ void ortschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
 }
 
 void Adresseschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
-    dao::Recordset& adressen = *rs_Adressen;
-    if (!markiert_gefunden(lauf, adressen, datensatz))
+    const AdressEintrag& a = lauf.tabellen.adresse(datensatz);
+    if (!a.markiert)
         return;
-    const std::string adresse = rtf_klartext(adressen.get("adresse").text());
-    const std::string listenname = adressen.get("Listenname").text();
-    const RecordId ort = adressen.get("Ort").toRecordId();
-    const std::string memo = rtf_klartext(adressen.get("Memo").text());
     const auto unter = static_cast<std::int16_t>(nr + 1);
-    GEDtext(lauf, nr, "ADDR", adresse);
-    zeile(lauf, unter, "TITL " + listenname);
-    ortschreiben(lauf, unter, ort);
-    if (!isBlank(memo))
-        GEDtext(lauf, unter, "NOTE", memo);
+    GEDtext(lauf, nr, "ADDR", a.adresse);
+    zeile(lauf, unter, "TITL " + a.listenname);
+    ortschreiben(lauf, unter, a.ort);
+    if (!isBlank(a.memo))
+        GEDtext(lauf, unter, "NOTE", a.memo);
 }
 
 } // namespace folio

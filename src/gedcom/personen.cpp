@@ -17,6 +17,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <exception>
+#include <thread>
+#include <vector>
 
 namespace folio {
 
@@ -70,11 +73,36 @@ enum Feld : int {
     Vater,
     Mutter
 };
+constexpr int AnzahlFelder = Mutter + 1;
 const char* const Personen =
     "SELECT Counter, Lebt, GIVN, SURN, ABBR, NICK, NPFX, NFSX, SPFX, NameNOTE, Geschlecht, TITL, "
     "OCCU, Memo, Ort, Bild, Notiz, Religion, geaendert, GUID, Vater, Mutter FROM Daten WHERE ";
 
-void namen(Exportlauf& lauf, const dao::Durchlauf& p, bool geschuetzt) {
+// A person's row copied out of the pass over Daten, so that another thread may write it:
+// each column as Value, which converts it as the pass does.
+class Personenzeile {
+public:
+    void lesen(const dao::Durchlauf& p) {
+        for (int i = 0; i < AnzahlFelder; ++i)
+            werte_[static_cast<std::size_t>(i)] = p.wert(i);
+    }
+    const Value& wert(int i) const { return werte_[static_cast<std::size_t>(i)]; }
+    bool istNull(int i) const { return wert(i).isNull(); }
+    RecordId nummer(int i) const { return wert(i).toRecordId(); }
+    bool wahr(int i) const { return wert(i).toBool(); }
+    std::string text(int i) const { return wert(i).text(); }
+
+private:
+    std::array<Value, AnzahlFelder> werte_;
+};
+
+// An associated person (Daten_DS of the kind "Z"): the number and the role, read on the
+// run's own thread, for the role may be a language text.
+struct Assoziierter {
+    std::string ziel, rolle;
+};
+
+void namen(Exportlauf& lauf, const Personenzeile& p, bool geschuetzt) {
     const std::string givn = p.text(GIVN);
     const std::string surn = p.text(SURN);
     zeile(lauf, 1, "NAME " + (geschuetzt ? initiale(givn) : givn) + " /" + surn + "/");
@@ -105,16 +133,15 @@ void ereignisse(Exportlauf& lauf, RecordId person) {
     liste.schreiben(lauf, 1);
 }
 
-void assoziierte(Exportlauf& lauf, RecordId person) {
+void assoziierte_lesen(Exportlauf& lauf, RecordId person, std::vector<Assoziierter>& liste) {
+    liste.clear();
     if (!lauf.tabellen.hat_assoziierte(person))
         return;
     auto rs = DB->OpenRecordset(
         "Select DISTINCT Ziel, ASSO FROM Daten_DS WHERE Art = 'Z' AND ( Quelle =" +
         person.sqlLiteral() + ") ORDER BY Asso ;");
-    for (; !rs->Eof(); rs->MoveNext()) {
-        zeile(lauf, 1, "ASSO @I" + rs->get("Ziel").toRecordId().text() + "@");
-        zeile(lauf, 2, "RELA " + rolle(rs->get("ASSO").text()));
-    }
+    for (; !rs->Eof(); rs->MoveNext())
+        liste.push_back({rs->get("Ziel").toRecordId().text(), rolle(rs->get("ASSO").text())});
 }
 
 // FAMC and FAMS by the rows of the family table, in the order of the rows.
@@ -138,7 +165,9 @@ void familien(Exportlauf& lauf, const Familientabelle& tabelle, RecordId person,
     }
 }
 
-void person_schreiben(Exportlauf& lauf, const dao::Durchlauf& p, const Familientabelle& tabelle) {
+void person_schreiben(Exportlauf& lauf, const Personenzeile& p,
+                      const std::vector<Assoziierter>& assoziierte,
+                      const Familientabelle& tabelle) {
     // The privacy options hold for living persons alone.
     const Exportoptionen& o = lauf.optionen;
     const bool lebt = p.wahr(Lebt);
@@ -177,16 +206,93 @@ void person_schreiben(Exportlauf& lauf, const dao::Durchlauf& p, const Familient
         zeile(lauf, 1, "_UID " + mitte(p.text(GUID), 2, 36)); // without the braces
     if (!ohne_verknuepfungen)
         Quellenschreiben(lauf, 1, counter, "D");
-    assoziierte(lauf, counter);
+    for (const Assoziierter& a : assoziierte) {
+        zeile(lauf, 1, "ASSO @I" + a.ziel + "@");
+        zeile(lauf, 2, "RELA " + a.rolle);
+    }
     familien(lauf, tabelle, counter, p.nummer(Vater), p.nummer(Mutter));
 }
 
+// Persons read in a row from the pass over Daten, with their associates, and written into a
+// text of their own.
+struct Stapel {
+    static constexpr std::size_t Groesse = 1024;
+    std::vector<Personenzeile> zeilen = std::vector<Personenzeile>(Groesse);
+    std::vector<std::vector<Assoziierter>> assoziierte =
+        std::vector<std::vector<Assoziierter>>(Groesse);
+    std::size_t anzahl = 0;
+    std::string text;
+
+    // Reads up to Groesse persons; false where none was left. `ende` notes that the pass
+    // is through: a further step would begin it again.
+    bool fuellen(Exportlauf& lauf, dao::Durchlauf& personen, bool& ende) {
+        anzahl = 0;
+        while (anzahl < Groesse && !ende) {
+            if (!personen.weiter()) {
+                ende = true;
+                break;
+            }
+            zeilen[anzahl].lesen(personen);
+            assoziierte_lesen(lauf, zeilen[anzahl].nummer(Counter), assoziierte[anzahl]);
+            ++anzahl;
+        }
+        return anzahl > 0;
+    }
+    // Any thread: the run's tables only answer by now.
+    void schreiben(Exportlauf& lauf, const Familientabelle& familien) {
+        text.clear();
+        Exportlauf teil(lauf, text);
+        for (std::size_t i = 0; i < anzahl; ++i)
+            person_schreiben(teil, zeilen[i], assoziierte[i], familien);
+    }
+};
+
 } // namespace
 
+// The persons are written on two threads at once, a row of them each, while the run's own
+// thread reads the next row from the tree; the rows go into the file in their order. The
+// lookups are read whole before, so that the writers only ask them.
 void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien) {
-    zeilen_durchlaufen(
-        lauf, Personen + lauf.optionen.personen.bedingung() + " ;", 15, 50,
-        [&](const dao::Durchlauf& person) { person_schreiben(lauf, person, familien); });
+    lauf.tabellen.alles_laden();
+    familien.vorbereiten();
+    const std::string sql = Personen + lauf.optionen.personen.bedingung() + " ;";
+    const std::int64_t gesamt = zeilen_zaehlen(sql);
+    dao::Durchlauf personen(*DB, sql);
+    Stapel erster, zweiter;
+    std::int64_t geschrieben = 0;
+    bool ende = false;
+    while (erster.fuellen(lauf, personen, ende)) {
+        std::exception_ptr fehler;
+        std::thread neben([&] {
+            try {
+                erster.schreiben(lauf, familien);
+            } catch (...) {
+                fehler = std::current_exception();
+            }
+        });
+        bool weiter = false;
+        try {
+            weiter = zweiter.fuellen(lauf, personen, ende);
+            if (weiter)
+                zweiter.schreiben(lauf, familien);
+        } catch (...) {
+            neben.join();
+            throw;
+        }
+        neben.join();
+        if (fehler)
+            std::rethrow_exception(fehler);
+        for (Stapel* s : {&erster, &zweiter}) {
+            lauf.ausgabe.schreiben(s->text);
+            geschrieben += static_cast<std::int64_t>(s->anzahl);
+            s->anzahl = 0;
+            s->text.clear();
+        }
+        fortschritt_setzen(lauf, geschrieben, gesamt, 15, 50);
+        lauf.fortschritt.ereignisse();
+        if (!weiter)
+            break;
+    }
 }
 
 } // namespace folio

@@ -84,7 +84,10 @@ void ausgeben(Exportlauf& lauf, std::string_view kopf, std::string_view text, bo
                    einzeilig ? folio::einzeilig(std::move(zeile)) : std::move(zeile));
     }
     puffer.append("\r\n");
-    lauf.ausgabe.schreiben(puffer);
+    if (lauf.speicher)
+        lauf.speicher->append(puffer);
+    else
+        lauf.ausgabe.schreiben(puffer);
 }
 
 } // namespace
