@@ -16,8 +16,15 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
 #include <exception>
+#include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -222,11 +229,13 @@ struct Stapel {
         std::vector<std::vector<Assoziierter>>(Groesse);
     std::size_t anzahl = 0;
     std::string text;
+    bool fertig = false; // written into `text`
 
     // Reads up to Groesse persons; false where none was left. `ende` notes that the pass
     // is through: a further step would begin it again.
     bool fuellen(Exportlauf& lauf, dao::Durchlauf& personen, bool& ende) {
         anzahl = 0;
+        fertig = false;
         while (anzahl < Groesse && !ende) {
             if (!personen.weiter()) {
                 ende = true;
@@ -247,52 +256,141 @@ struct Stapel {
     }
 };
 
+// The thread beside the run's own that writes the rows handed to it, one after the other.
+class Nebenschreiber {
+public:
+    Nebenschreiber(Exportlauf& lauf, const Familientabelle& familien)
+        : thread_([this, &lauf, &familien] { laufen(lauf, familien); }) {}
+    ~Nebenschreiber() { beenden(); }
+    Nebenschreiber(const Nebenschreiber&) = delete;
+    Nebenschreiber& operator=(const Nebenschreiber&) = delete;
+
+    // Hands a row over; false, and nothing handed, where one waits already.
+    bool uebergeben(Stapel& s) {
+        {
+            std::lock_guard<std::mutex> sperre(mutex_);
+            if (schlange_.size() >= 2) // one being written, one waiting
+                return false;
+            schlange_.push_back(&s);
+        }
+        bedingung_.notify_all();
+        return true;
+    }
+    bool fertig(const Stapel& s) {
+        std::lock_guard<std::mutex> sperre(mutex_);
+        pruefen();
+        return s.fertig;
+    }
+    // Waits until the row is written; raises what went wrong on the thread.
+    void abwarten(const Stapel& s) {
+        std::unique_lock<std::mutex> sperre(mutex_);
+        bedingung_.wait(sperre, [&] { return s.fertig || fehler_; });
+        pruefen();
+    }
+    // Writes what was handed over and ends the thread.
+    void beenden() {
+        if (!thread_.joinable())
+            return;
+        {
+            std::lock_guard<std::mutex> sperre(mutex_);
+            ende_ = true;
+        }
+        bedingung_.notify_all();
+        thread_.join();
+    }
+
+private:
+    void pruefen() const {
+        if (fehler_)
+            std::rethrow_exception(fehler_);
+    }
+    void laufen(Exportlauf& lauf, const Familientabelle& familien) {
+        std::unique_lock<std::mutex> sperre(mutex_);
+        for (;;) {
+            bedingung_.wait(sperre, [&] { return !schlange_.empty() || ende_; });
+            if (schlange_.empty())
+                return;
+            Stapel& s = *schlange_.front();
+            std::exception_ptr fehler;
+            if (!fehler_) {
+                sperre.unlock();
+                try {
+                    s.schreiben(lauf, familien);
+                } catch (...) {
+                    fehler = std::current_exception();
+                }
+                sperre.lock();
+            }
+            if (fehler)
+                fehler_ = fehler;
+            s.fertig = true;
+            schlange_.pop_front();
+            bedingung_.notify_all();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable bedingung_;
+    std::deque<Stapel*> schlange_; // the first is being written
+    bool ende_ = false;
+    std::exception_ptr fehler_;
+    std::thread thread_; // last: it starts when the rest is there
+};
+
 } // namespace
 
-// The persons are written on two threads at once, a row of them each, while the run's own
-// thread reads the next row from the tree; the rows go into the file in their order. The
-// lookups are read whole before, so that the writers only ask them.
+// The persons are written on two threads at once: the run's own thread reads rows of them
+// from the tree and hands each to the thread beside it, or writes it itself where that one
+// has a row waiting already; the rows go into the file in their order. The lookups are read
+// whole before, so that the writers only ask them.
 void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien) {
     lauf.tabellen.alles_laden();
     familien.vorbereiten();
     const std::string sql = Personen + lauf.optionen.personen.bedingung() + " ;";
     const std::int64_t gesamt = zeilen_zaehlen(sql);
     dao::Durchlauf personen(*DB, sql);
-    Stapel erster, zweiter;
+    std::deque<std::unique_ptr<Stapel>> reihe, frei; // the rows not yet in the file, in order
     std::int64_t geschrieben = 0;
-    bool ende = false;
-    while (erster.fuellen(lauf, personen, ende)) {
-        std::exception_ptr fehler;
-        std::thread neben([&] {
-            try {
-                erster.schreiben(lauf, familien);
-            } catch (...) {
-                fehler = std::current_exception();
+    Nebenschreiber neben(lauf, familien);
+    // The written rows at the front into the file; all of them at the end, and where rows
+    // pile up behind one that is being written.
+    auto ausschreiben = [&](bool alle) {
+        while (!reihe.empty()) {
+            Stapel& s = *reihe.front();
+            if (!neben.fertig(s)) {
+                if (!alle && reihe.size() < 4)
+                    return;
+                neben.abwarten(s);
             }
-        });
-        bool weiter = false;
-        try {
-            weiter = zweiter.fuellen(lauf, personen, ende);
-            if (weiter)
-                zweiter.schreiben(lauf, familien);
-        } catch (...) {
-            neben.join();
-            throw;
+            lauf.ausgabe.schreiben(s.text);
+            geschrieben += static_cast<std::int64_t>(s.anzahl);
+            frei.push_back(std::move(reihe.front()));
+            reihe.pop_front();
         }
-        neben.join();
-        if (fehler)
-            std::rethrow_exception(fehler);
-        for (Stapel* s : {&erster, &zweiter}) {
-            lauf.ausgabe.schreiben(s->text);
-            geschrieben += static_cast<std::int64_t>(s->anzahl);
-            s->anzahl = 0;
-            s->text.clear();
+    };
+    for (bool ende = false;;) {
+        std::unique_ptr<Stapel> s;
+        if (frei.empty()) {
+            s = std::make_unique<Stapel>();
+        } else {
+            s = std::move(frei.front());
+            frei.pop_front();
         }
+        if (!s->fuellen(lauf, personen, ende))
+            break;
+        Stapel& stapel = *s;
+        reihe.push_back(std::move(s));
+        if (!neben.uebergeben(stapel)) {
+            stapel.schreiben(lauf, familien);
+            stapel.fertig = true;
+        }
+        ausschreiben(false);
         fortschritt_setzen(lauf, geschrieben, gesamt, 15, 50);
         lauf.fortschritt.ereignisse();
-        if (!weiter)
-            break;
     }
+    neben.beenden();
+    ausschreiben(true);
+    fortschritt_setzen(lauf, geschrieben, gesamt, 15, 50);
 }
 
 } // namespace folio
