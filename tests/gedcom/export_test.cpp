@@ -376,3 +376,43 @@ TEST_F(Run, EveryPersonSelectedInMemoryWritesWhatTheMarksWrite) {
                       .toInt());
     }
 }
+
+// Thousands of persons go through the rows written on two threads: each person once, in the
+// order of the query of the selected persons, with the families of both kinds of rows.
+TEST_F(Run, ManyPersonsComeOnceEachInTheOrderOfTheirQuery) {
+    alle_schliessen(datei);
+    DB = dao::OpenDatabase(Datenpfad + "/Beispiel.SF6");
+    tabellen_oeffnen();
+    Auswahl().Datei(0).set("FileName", Value("Beispiel.SF6"));
+    dao::Transaction nie(*DB);
+    DB->Execute("CREATE TEMP TABLE kopie AS SELECT * FROM Daten ;");
+    for (int k = 1; k <= 60; ++k) {
+        DB->Execute("UPDATE temp.kopie SET Counter = Counter + 100000 ;");
+        DB->Execute("INSERT INTO Daten SELECT * FROM temp.kopie ;");
+    }
+    Personenwahl alle;
+    alle.alle = true;
+    Stumm still;
+    Exportoptionen optionen = exportoptionen_aus_formular(Auswahl());
+    optionen.marken = std::make_shared<const Markenstand>(huelle_berechnen(still, alle).marken);
+    optionen.personen = alle;
+    StilleAnzeige stiller;
+    exportieren(optionen, dir.file("viele.ged"), stiller);
+    const std::string text = test::readFile(dir.file("viele.ged"));
+
+    std::string erwartet;
+    auto rs = DB->OpenRecordset("SELECT Counter FROM Daten WHERE " + alle.bedingung() + " ;");
+    for (; !rs->Eof(); rs->MoveNext())
+        erwartet += rs->get(0).toRecordId().text() + ",";
+    std::string geschrieben;
+    std::size_t familien = 0;
+    const std::regex indi("\r\n0 @I([0-9.]+)@ INDI\r\n");
+    for (auto it = std::sregex_iterator(text.begin(), text.end(), indi);
+         it != std::sregex_iterator(); ++it)
+        geschrieben += (*it)[1].str() + ",";
+    for (std::size_t at = 0; (at = text.find("\r\n1 FAMC @F", at)) != std::string::npos; ++at)
+        ++familien;
+    EXPECT_GT(std::count(erwartet.begin(), erwartet.end(), ','), 3000);
+    EXPECT_EQ(geschrieben, erwartet);
+    EXPECT_GT(familien, 0u);
+}
