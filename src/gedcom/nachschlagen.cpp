@@ -11,6 +11,7 @@
 #include <functional>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 
 namespace folio {
@@ -243,9 +244,13 @@ void Nachschlagetabellen::alles_laden() {
     };
     jeder("Ort", [&](RecordId n) { ort(n); });
     jeder("Adressen", [&](RecordId n) { adresse(n); });
-    jeder("Bilder", [&](RecordId n) { markiert(Verknuepft::Bilder, *rs_Bilder, n); });
-    jeder("Notiz", [&](RecordId n) { markiert(Verknuepft::Notiz, *rs_Notiz, n); });
-    jeder("Dokument", [&](RecordId n) { markiert(Verknuepft::Dokument, *rs_Dokument, n); });
+    // A table that couldn't be opened (its cursor is null) holds nothing to point to.
+    for (const auto& [t, name, rs] :
+         {std::tuple(Verknuepft::Bilder, "Bilder", rs_Bilder.get()),
+          std::tuple(Verknuepft::Notiz, "Notiz", rs_Notiz.get()),
+          std::tuple(Verknuepft::Dokument, "Dokument", rs_Dokument.get())})
+        if (rs)
+            jeder(name, [&, t = t, rs = rs](RecordId n) { markiert(t, rs, n); });
     orte_ganz_ = adressen_ganz_ = true;
     for (Verknuepft t : {Verknuepft::Bilder, Verknuepft::Notiz, Verknuepft::Dokument})
         ganz_[static_cast<std::size_t>(t)] = true;
@@ -296,18 +301,20 @@ const OrtEintrag& Nachschlagetabellen::ort(RecordId datensatz) {
     return orte.emplace(datensatz, std::move(e)).first->second;
 }
 
-const std::string* Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Recordset& rs,
+const std::string* Nachschlagetabellen::markiert(Verknuepft tabelle, dao::Recordset* rs,
                                                  RecordId datensatz) {
+    if (!rs)
+        return nullptr; // a table that couldn't be opened holds no record to point to
     auto& ziele = markiert_[static_cast<std::size_t>(tabelle)];
     auto it = ziele.find(datensatz);
     if (it == ziele.end() && ganz_[static_cast<std::size_t>(tabelle)])
         return nullptr;
     if (it == ziele.end()) {
         std::optional<std::string> counter;
-        rs.Index("Counter");
-        rs.Seek("=", Value(datensatz));
-        if (!rs.NoMatch() && markiert(tabelle, rs))
-            counter = rs.get("Counter").toRecordId().text();
+        rs->Index("Counter");
+        rs->Seek("=", Value(datensatz));
+        if (!rs->NoMatch() && markiert(tabelle, *rs))
+            counter = rs->get("Counter").toRecordId().text();
         it = ziele.emplace(datensatz, std::move(counter)).first;
     }
     return it->second ? &*it->second : nullptr;

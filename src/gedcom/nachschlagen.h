@@ -110,8 +110,8 @@ public:
     // The marked events, read when first asked for.
     const Ereignistabelle& ereignisse();
     // The record's Counter as text where it exists and is marked; nullptr otherwise. `rs` is
-    // the table's long-lived cursor.
-    const std::string* markiert(Verknuepft tabelle, dao::Recordset& rs, RecordId datensatz);
+    // the table's long-lived cursor, null where the table couldn't be opened.
+    const std::string* markiert(Verknuepft tabelle, dao::Recordset* rs, RecordId datensatz);
 
 private:
     void beteiligte_ordnen();

@@ -13,7 +13,7 @@ namespace folio {
 namespace {
 
 void zeiger(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, Verknuepft tabelle,
-            dao::Recordset& rs, const char* tag, const char* praefix) {
+            dao::Recordset* rs, const char* tag, const char* praefix) {
     if (datensatz.isZero())
         return;
     if (const std::string* counter = lauf.tabellen.markiert(tabelle, rs, datensatz))
@@ -23,15 +23,15 @@ void zeiger(Exportlauf& lauf, std::int16_t nr, RecordId datensatz, Verknuepft ta
 } // namespace
 
 void Bildverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
-    zeiger(lauf, nr, datensatz, Verknuepft::Bilder, *rs_Bilder, "OBJE", "B");
+    zeiger(lauf, nr, datensatz, Verknuepft::Bilder, rs_Bilder.get(), "OBJE", "B");
 }
 
 void Notizverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
-    zeiger(lauf, nr, datensatz, Verknuepft::Notiz, *rs_Notiz, "NOTE", "N");
+    zeiger(lauf, nr, datensatz, Verknuepft::Notiz, rs_Notiz.get(), "NOTE", "N");
 }
 
 void Dokumentverknuepfungschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
-    zeiger(lauf, nr, datensatz, Verknuepft::Dokument, *rs_Dokument, "SOUR", "U");
+    zeiger(lauf, nr, datensatz, Verknuepft::Dokument, rs_Dokument.get(), "SOUR", "U");
 }
 
 void Quellenschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz,
