@@ -114,8 +114,6 @@ void exportieren(const Exportoptionen& optionen, const std::string& ziel,
     datei.abschliessen();
 }
 
-namespace {} // namespace
-
 // The number of rows that the last row of the query would tell, counted by the database: a
 // move to the last row would fix every row first and make each read a lookup.
 std::int64_t zeilen_zaehlen(const std::string& sql) {

@@ -6,12 +6,11 @@
 #include "gedcom/export.h"
 #include "gedcom/exportlauf.h"
 #include "gedcom/familientabelle.h"
+#include "gedcom/reihenschreiber.h"
 #include "gedcom/zeilen.h"
 
 #include <algorithm>
-#include <exception>
 #include <string>
-#include <thread>
 #include <unordered_set>
 #include <vector>
 
@@ -130,47 +129,26 @@ void familien_aus_partnerschaften(Exportlauf& lauf, Familientabelle& tabelle) {
                        });
 }
 
-// The families are written on two threads at once, a row of them each, into texts of their
-// own that go into the file in their order. They ask only tables read whole before.
+// The families are written on two threads at once (Reihenschreiber), a row of them each.
 void familien_schreiben(Exportlauf& lauf, const Familientabelle& tabelle) {
     lauf.tabellen.alles_laden();
     tabelle.vorbereiten();
     constexpr std::size_t Stapel = 2048;
     const std::size_t anzahl = tabelle.anzahl();
-    auto schreiben = [&](std::size_t von, std::string& text) {
-        text.clear();
-        Exportlauf teil(lauf, text);
-        for (std::size_t i = von; i < std::min(von + Stapel, anzahl + 1); ++i)
-            familie_schreiben(teil, tabelle, i, tabelle.zeile(i));
-    };
-    std::string erster, zweiter;
-    for (std::size_t von = 1; von <= anzahl; von += 2 * Stapel) {
-        std::exception_ptr fehler;
-        std::thread neben([&] {
-            try {
-                schreiben(von, erster);
-            } catch (...) {
-                fehler = std::current_exception();
-            }
-        });
-        try {
-            zweiter.clear();
-            if (von + Stapel <= anzahl)
-                schreiben(von + Stapel, zweiter);
-        } catch (...) {
-            neben.join();
-            throw;
-        }
-        neben.join();
-        if (fehler)
-            std::rethrow_exception(fehler);
-        lauf.ausgabe.schreiben(erster);
-        lauf.ausgabe.schreiben(zweiter);
-        const std::size_t fertig = std::min(von + 2 * Stapel - 1, anzahl);
-        fortschritt_setzen(lauf, static_cast<std::int64_t>(fertig),
-                           static_cast<std::int64_t>(anzahl), 80, 20);
+    Reihenschreiber reihen(lauf);
+    for (std::size_t von = 1; von <= anzahl; von += Stapel) {
+        const std::size_t bis = std::min(von + Stapel, anzahl + 1);
+        reihen.schreiben(
+            [&tabelle, von, bis](Exportlauf& teil) {
+                for (std::size_t i = von; i < bis; ++i)
+                    familie_schreiben(teil, tabelle, i, tabelle.zeile(i));
+            },
+            static_cast<std::int64_t>(bis - von));
+        fortschritt_setzen(lauf, reihen.geschrieben(), static_cast<std::int64_t>(anzahl), 80, 20);
         lauf.fortschritt.ereignisse();
     }
+    reihen.beenden();
+    fortschritt_setzen(lauf, reihen.geschrieben(), static_cast<std::int64_t>(anzahl), 80, 20);
 }
 
 } // namespace folio

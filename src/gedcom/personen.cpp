@@ -10,22 +10,15 @@
 #include "gedcom/exportlauf.h"
 #include "gedcom/familientabelle.h"
 #include "gedcom/orte.h"
+#include "gedcom/reihenschreiber.h"
 #include "gedcom/rtf.h"
 #include "gedcom/verknuepfungen.h"
 #include "gedcom/zeilen.h"
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
-#include <condition_variable>
-#include <cstdio>
-#include <cstdlib>
-#include <deque>
-#include <exception>
 #include <memory>
-#include <mutex>
-#include <thread>
 #include <vector>
 
 namespace folio {
@@ -220,22 +213,17 @@ void person_schreiben(Exportlauf& lauf, const Personenzeile& p,
     familien(lauf, tabelle, counter, p.nummer(Vater), p.nummer(Mutter));
 }
 
-// Persons read in a row from the pass over Daten, with their associates, and written into a
-// text of their own.
+// Persons read in a row from the pass over Daten, with their associates.
 struct Stapel {
     static constexpr std::size_t Groesse = 1024;
     std::vector<Personenzeile> zeilen = std::vector<Personenzeile>(Groesse);
     std::vector<std::vector<Assoziierter>> assoziierte =
         std::vector<std::vector<Assoziierter>>(Groesse);
     std::size_t anzahl = 0;
-    std::string text;
-    bool fertig = false; // written into `text`
 
     // Reads up to Groesse persons; false where none was left. `ende` notes that the pass
     // is through: a further step would begin it again.
     bool fuellen(Exportlauf& lauf, dao::Durchlauf& personen, bool& ende) {
-        anzahl = 0;
-        fertig = false;
         while (anzahl < Groesse && !ende) {
             if (!personen.weiter()) {
                 ende = true;
@@ -247,150 +235,36 @@ struct Stapel {
         }
         return anzahl > 0;
     }
-    // Any thread: the run's tables only answer by now.
-    void schreiben(Exportlauf& lauf, const Familientabelle& familien) {
-        text.clear();
-        Exportlauf teil(lauf, text);
+    void schreiben(Exportlauf& teil, const Familientabelle& familien) const {
         for (std::size_t i = 0; i < anzahl; ++i)
             person_schreiben(teil, zeilen[i], assoziierte[i], familien);
     }
 };
 
-// The thread beside the run's own that writes the rows handed to it, one after the other.
-class Nebenschreiber {
-public:
-    Nebenschreiber(Exportlauf& lauf, const Familientabelle& familien)
-        : thread_([this, &lauf, &familien] { laufen(lauf, familien); }) {}
-    ~Nebenschreiber() { beenden(); }
-    Nebenschreiber(const Nebenschreiber&) = delete;
-    Nebenschreiber& operator=(const Nebenschreiber&) = delete;
-
-    // Hands a row over; false, and nothing handed, where one waits already.
-    bool uebergeben(Stapel& s) {
-        {
-            std::lock_guard<std::mutex> sperre(mutex_);
-            if (schlange_.size() >= 2) // one being written, one waiting
-                return false;
-            schlange_.push_back(&s);
-        }
-        bedingung_.notify_all();
-        return true;
-    }
-    bool fertig(const Stapel& s) {
-        std::lock_guard<std::mutex> sperre(mutex_);
-        pruefen();
-        return s.fertig;
-    }
-    // Waits until the row is written; raises what went wrong on the thread.
-    void abwarten(const Stapel& s) {
-        std::unique_lock<std::mutex> sperre(mutex_);
-        bedingung_.wait(sperre, [&] { return s.fertig || fehler_; });
-        pruefen();
-    }
-    // Writes what was handed over and ends the thread.
-    void beenden() {
-        if (!thread_.joinable())
-            return;
-        {
-            std::lock_guard<std::mutex> sperre(mutex_);
-            ende_ = true;
-        }
-        bedingung_.notify_all();
-        thread_.join();
-    }
-
-private:
-    void pruefen() const {
-        if (fehler_)
-            std::rethrow_exception(fehler_);
-    }
-    void laufen(Exportlauf& lauf, const Familientabelle& familien) {
-        std::unique_lock<std::mutex> sperre(mutex_);
-        for (;;) {
-            bedingung_.wait(sperre, [&] { return !schlange_.empty() || ende_; });
-            if (schlange_.empty())
-                return;
-            Stapel& s = *schlange_.front();
-            std::exception_ptr fehler;
-            if (!fehler_) {
-                sperre.unlock();
-                try {
-                    s.schreiben(lauf, familien);
-                } catch (...) {
-                    fehler = std::current_exception();
-                }
-                sperre.lock();
-            }
-            if (fehler)
-                fehler_ = fehler;
-            s.fertig = true;
-            schlange_.pop_front();
-            bedingung_.notify_all();
-        }
-    }
-
-    std::mutex mutex_;
-    std::condition_variable bedingung_;
-    std::deque<Stapel*> schlange_; // the first is being written
-    bool ende_ = false;
-    std::exception_ptr fehler_;
-    std::thread thread_; // last: it starts when the rest is there
-};
-
 } // namespace
 
-// The persons are written on two threads at once: the run's own thread reads rows of them
-// from the tree and hands each to the thread beside it, or writes it itself where that one
-// has a row waiting already; the rows go into the file in their order. The lookups are read
-// whole before, so that the writers only ask them.
+// The persons are written on two threads at once (Reihenschreiber), while the run's own
+// thread reads the next row of them from the tree. The lookups are read whole before, so that
+// the writers only ask them.
 void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien) {
     lauf.tabellen.alles_laden();
     familien.vorbereiten();
     const std::string sql = Personen + lauf.optionen.personen.bedingung() + " ;";
     const std::int64_t gesamt = zeilen_zaehlen(sql);
     dao::Durchlauf personen(*DB, sql);
-    std::deque<std::unique_ptr<Stapel>> reihe, frei; // the rows not yet in the file, in order
-    std::int64_t geschrieben = 0;
-    Nebenschreiber neben(lauf, familien);
-    // The written rows at the front into the file; all of them at the end, and where rows
-    // pile up behind one that is being written.
-    auto ausschreiben = [&](bool alle) {
-        while (!reihe.empty()) {
-            Stapel& s = *reihe.front();
-            if (!neben.fertig(s)) {
-                if (!alle && reihe.size() < 4)
-                    return;
-                neben.abwarten(s);
-            }
-            lauf.ausgabe.schreiben(s.text);
-            geschrieben += static_cast<std::int64_t>(s.anzahl);
-            frei.push_back(std::move(reihe.front()));
-            reihe.pop_front();
-        }
-    };
+    Reihenschreiber reihen(lauf);
     for (bool ende = false;;) {
-        std::unique_ptr<Stapel> s;
-        if (frei.empty()) {
-            s = std::make_unique<Stapel>();
-        } else {
-            s = std::move(frei.front());
-            frei.pop_front();
-        }
-        if (!s->fuellen(lauf, personen, ende))
+        auto stapel = std::make_shared<Stapel>();
+        if (!stapel->fuellen(lauf, personen, ende))
             break;
-        Stapel& stapel = *s;
-        reihe.push_back(std::move(s));
-        if (!neben.uebergeben(stapel)) {
-            stapel.schreiben(lauf, familien);
-            stapel.fertig = true;
-        }
-        ausschreiben(false);
-        fortschritt_setzen(lauf, geschrieben, gesamt, 15, 50);
+        const auto anzahl = static_cast<std::int64_t>(stapel->anzahl);
+        reihen.schreiben(
+            [stapel, &familien](Exportlauf& teil) { stapel->schreiben(teil, familien); }, anzahl);
+        fortschritt_setzen(lauf, reihen.geschrieben(), gesamt, 15, 50);
         lauf.fortschritt.ereignisse();
     }
-    neben.beenden();
-    ausschreiben(true);
-    fortschritt_setzen(lauf, geschrieben, gesamt, 15, 50);
+    reihen.beenden();
+    fortschritt_setzen(lauf, reihen.geschrieben(), gesamt, 15, 50);
 }
 
 } // namespace folio
