@@ -291,8 +291,8 @@ void person_umwandeln(dao::Recordset& d) {
         {"Patronym", &n.patronym},
         {"NameNOTE", &n.notiz},
         {"Rufnamen", &n.rufnamen}};
-    for (const auto& [feldname, wert] : namensfelder)
-        fehler_ignorieren([&] { d.set(feldname, Value(trimmed(*wert))); });
+    for (const auto& feld : namensfelder)
+        fehler_ignorieren([&] { d.set(feld.first, Value(trimmed(*feld.second))); });
     fehler_ignorieren([&] { d.set("NFSX", Value("")); });
     fehler_ignorieren([&] { d.set("ABBR", Value("")); });
     fehler_ignorieren([&] { datum_schreiben(d, "G", geburt); });
