@@ -1,0 +1,70 @@
+// Damaged family trees through the whole command line (opening, version check, selection,
+// closure, export): a tree cut short, a page of junk, a table, field or index missing, a
+// Version without rows, numbers that stand twice, links to nothing, circles of parents and of
+// places. Each run ends in time with a file that both readers accept, or with a message that
+// names the tree; the tree stays as it was.
+
+#include "support/cli_fixture.h"
+
+using namespace folio;
+using namespace folio::test;
+
+namespace {
+
+struct DamagedTree : Export {
+    // A copy of the sample tree under a name of its own, and its target beside the others.
+    std::string kopie(const std::string& fall) {
+        fs::create_directories(dir.file("kaputt"));
+        const std::string datei = dir.file("kaputt/" + fall + ".SF6");
+        fs::copy_file(tree, datei, fs::copy_options::overwrite_existing);
+        return datei;
+    }
+    // The copy damaged by SQL on the engine's own connection (several statements at once).
+    std::string mitSql(const std::string& fall, const std::string& sql) {
+        const std::string datei = kopie(fall);
+        dao::OpenDatabase(datei)->connection().exec(sql);
+        return datei;
+    }
+    std::string ziel(const std::string& fall) { return dir.file("out/" + fall + ".ged"); }
+
+    // The command line on `datei`, stopped after a minute. What it may end with: status 0 and
+    // a file that our reader finds sound (the independent one reads it at the end of the
+    // test), or another status and a message that names the tree. Never a hang, a signal, a
+    // sanitizer's report or a target left behind; and the tree's bytes stay as they were.
+    Result pruefen(const std::string& fall, const std::string& datei,
+                   const std::string& optionen = "--all") {
+        const std::string vorher = readFile(datei);
+        const std::string gedcom = ziel(fall);
+        Result r =
+            run("timeout 60 " + cli + " export '" + datei + "' -o '" + gedcom + "' " + optionen);
+        const std::string wie = fall + " " + optionen + "\n" + r.output;
+        EXPECT_NE(r.status, 124) << "hangs: " << wie;
+        EXPECT_LT(r.status, 124) << "ended by a signal: " << wie;
+        EXPECT_EQ(r.output.find("Sanitizer"), std::string::npos) << wie;
+        EXPECT_EQ(r.output.find("runtime error"), std::string::npos) << wie;
+        if (r.status == 0) {
+            EXPECT_TRUE(gedcomProblems(readFile(gedcom)).empty())
+                << wie << testing::PrintToString(gedcomProblems(readFile(gedcom)));
+        } else {
+            EXPECT_NE(r.output.find(datei), std::string::npos) << "the tree isn't named: " << wie;
+            EXPECT_FALSE(fs::exists(gedcom)) << wie;
+        }
+        EXPECT_TRUE(readFile(datei) == vorher) << "the tree was changed: " << wie;
+        for (const char* beiseite : {"-journal", "-wal"})
+            EXPECT_FALSE(fs::exists(datei + beiseite)) << wie;
+        return r;
+    }
+};
+
+} // namespace
+
+TEST_F(DamagedTree, CutShortAtEveryTenthItIsNamedAsDamaged) {
+    const auto laenge = fs::file_size(tree);
+    for (int zehntel = 1; zehntel < 10; ++zehntel) {
+        const std::string fall = "gekuerzt" + std::to_string(zehntel * 10);
+        const std::string datei = kopie(fall);
+        fs::resize_file(datei, laenge * static_cast<unsigned>(zehntel) / 10);
+        const Result r = pruefen(fall, datei);
+        EXPECT_EQ(r.status, 5) << fall << "\n" << r.output;
+    }
+}
