@@ -529,10 +529,17 @@ std::shared_ptr<const Markenstand> huelle(Terminalanzeige& anzeige, const Export
     return std::make_shared<const Markenstand>(std::move(h.marken));
 }
 
+// The failures that the output raises itself; their text names the target.
+bool fehler_des_ziels(const std::exception& e) {
+    const auto* f = dynamic_cast<const Error*>(&e);
+    return f && !dynamic_cast<const DatabaseError*>(f) &&
+           (f->number() == err::CannotOpenFile || f->number() == err::DiskFull);
+}
+
 // The run itself: the options as the form's controls now hold them, with the closure's
-// marks, into `ziel`.
+// marks, from the tree `datei` into `ziel`.
 Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> marken,
-                  const Personenwahl& personen, const fs::path& ziel) {
+                  const Personenwahl& personen, const fs::path& datei, const fs::path& ziel) {
     try {
         Exportoptionen optionen = exportoptionen_aus_formular(Auswahl());
         optionen.marken = std::move(marken);
@@ -540,9 +547,17 @@ Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> m
         exportieren(optionen, ziel.string(), anzeige);
     } catch (const Abbruch&) {
         throw;
-    } catch (const std::exception& e) {
+    } catch (const DatabaseError& e) {
+        // A tree whose damage shows only as it is read (a field or an index missing, a page
+        // of junk in a table) is named and said to be damaged, as at its opening: the
+        // engine's words alone don't always name the file.
         fortschritt_beenden();
-        fehler(sprachtext("9801"), e.what());
+        return datenbankfehler(e, datei.string());
+    } catch (const std::exception& e) {
+        // Anything but the target's own failure came from the tree's data (a text where a
+        // number belongs), so the tree is named with it.
+        fortschritt_beenden();
+        fehler(sprachtext("9801") + (fehler_des_ziels(e) ? "" : " " + datei.string()), e.what());
         return ExportFehlgeschlagen;
     }
     fortschritt_beenden();
@@ -555,7 +570,8 @@ Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> m
 // On the open tree: the persons selected, the closure, the author's data and the options,
 // the summary, and the run. The persons' marks aren't saved for the host as the wizard saves
 // them: the run's transaction is rolled back, and with it any mark it set.
-Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) {
+Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& datei,
+                                 const fs::path& ziel) {
     Personenwahl personen;
     if (const Ausgang a = personen_waehlen(o, personen); a != Fertig)
         return a;
@@ -567,7 +583,7 @@ Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& ziel) 
     optionen_setzen(o);
     zusammenfassung_fuellen(marken.get(), personen);
     zusammenfassung_drucken();
-    return schreiben(anzeige, std::move(marken), personen, ziel);
+    return schreiben(anzeige, std::move(marken), personen, datei, ziel);
 }
 
 // The run on a tree of the current version. Everything it writes to the tree (the marks of
@@ -583,7 +599,7 @@ Ausgang lauf(const ExportOptionen& o, const fs::path& datei, const fs::path& zie
     AuswahlForm& form = Auswahl();
     form.Verzeichnis(0).set("Text", Value(datei.parent_path().string()));
     form.Datei(0).set("FileName", Value(datei.filename().string()));
-    return auswaehlen_und_schreiben(o, ziel);
+    return auswaehlen_und_schreiben(o, datei, ziel);
 }
 
 // What every run needs before it looks at the tree: the wait for a tree that another program
@@ -644,7 +660,7 @@ Ausgang exportieren(const ExportOptionen& o) {
         return datenbankfehler(e, datei.string());
     } catch (const std::exception& e) {
         fortschritt_beenden();
-        fehler(sprachtext("9801"), e.what());
+        fehler(sprachtext("9801") + " " + datei.string(), e.what());
         return ExportFehlgeschlagen;
     }
 }

@@ -6,6 +6,9 @@
 
 #include "support/cli_fixture.h"
 
+#include <regex>
+#include <sstream>
+
 using namespace folio;
 using namespace folio::test;
 
@@ -56,6 +59,17 @@ struct DamagedTree : Export {
     }
 };
 
+// Whether the program's messages (not the summary) name `wort`, as a word of its own, in
+// any case.
+bool nennt(const std::string& ausgabe, const std::string& wort) {
+    const std::regex als_wort("\\b" + wort + "\\b", std::regex::icase);
+    std::istringstream zeilen(ausgabe);
+    for (std::string zeile; std::getline(zeilen, zeile);)
+        if (zeile.rfind("folioexport-cli: ", 0) == 0 && std::regex_search(zeile, als_wort))
+            return true;
+    return false;
+}
+
 } // namespace
 
 TEST_F(DamagedTree, CutShortAtEveryTenthItIsNamedAsDamaged) {
@@ -66,5 +80,44 @@ TEST_F(DamagedTree, CutShortAtEveryTenthItIsNamedAsDamaged) {
         fs::resize_file(datei, laenge * static_cast<unsigned>(zehntel) / 10);
         const Result r = pruefen(fall, datei);
         EXPECT_EQ(r.status, 5) << fall << "\n" << r.output;
+    }
+}
+
+// A table, a field or an index gone: the tables that an old file lacks too are passed over,
+// anything else is named with the tree.
+TEST_F(DamagedTree, ATableFieldOrIndexMissingIsNamedWithTheTree) {
+    struct Fall {
+        const char* name;
+        const char* sql;
+        const char* fehlt; // what the message names; nullptr where the file goes out
+        const char* optionen = "--all";
+    };
+    const Fall faelle[] = {
+        {"ohneDaten", "DROP TABLE Daten", "Daten"},
+        {"ohneNotiz", "DROP TABLE Notiz", "Notiz"},
+        {"ohneOrt", "DROP TABLE Ort", "Ort"},
+        {"ohneQuellen_DS", "DROP TABLE Quellen_DS", "Quellen_DS"},
+        {"ohneVersion", "DROP TABLE Version", "Version"},
+        {"ohneEreignisdb", "DROP TABLE Ereignisdb", nullptr},
+        {"ohneNavigation", "DROP TABLE Navigation; DROP TABLE Status", nullptr},
+        {"ohneVater", "ALTER TABLE Daten DROP COLUMN Vater", "Vater"},
+        {"ohneGeschlecht", "ALTER TABLE Daten DROP COLUMN Geschlecht", "Geschlecht"},
+        {"ohneOrtsname", "ALTER TABLE Ort DROP COLUMN Name", "Name"},
+        {"ohneNotiztext", "ALTER TABLE Notiz DROP COLUMN Memo", "Memo"},
+        {"ohneGedTAG", "ALTER TABLE Ereignisdb DROP COLUMN GedTAG", "GedTAG"},
+        {"ohneUrsprung", "ALTER TABLE Ereignis_DS DROP COLUMN Ursprung", "Ursprung"},
+        {"ohneIndexDaten", "DROP INDEX Daten_Counter", "Counter", "--person 22 --ancestors"},
+        {"ohneIndexOrt", "DROP INDEX Ort_Counter", "Counter"},
+        {"ohneIndexNotiz", "DROP INDEX Notiz_Counter", "Counter"},
+        {"ohneIndexEreignisdb", "DROP INDEX Ereignisdb_Index", "Index"},
+    };
+    for (const Fall& f : faelle) {
+        const Result r = pruefen(f.name, mitSql(f.name, f.sql), f.optionen);
+        if (!f.fehlt) {
+            EXPECT_EQ(r.status, 0) << f.name << "\n" << r.output;
+            continue;
+        }
+        EXPECT_EQ(r.status, 5) << f.name << "\n" << r.output;
+        EXPECT_TRUE(nennt(r.output, f.fehlt)) << f.name << "\n" << r.output;
     }
 }
