@@ -1,13 +1,11 @@
 #include "database/tabellen.h"
 
 #include "engine/abbruch.h"
-#include "engine/errors.h"
 #include "engine/text_util.h"
 #include "frame/globals.h"
 #include "frame/platform.h"
 
 #include <exception>
-#include <functional>
 
 namespace folio {
 
@@ -30,6 +28,17 @@ std::unique_ptr<dao::Database> seitendatenbank(const char* datei) {
 
 std::unique_ptr<dao::Recordset> tabelle(dao::Database& db, const std::string& name) {
     return db.OpenRecordset(name, dao::RecordsetType::Table);
+}
+
+// A table that an older file doesn't have: no cursor where the table doesn't exist. Only
+// its absence is passed over. A table that exists and can't be opened is damage, and its
+// error, which names the file, goes up: the cursor would otherwise stay null, or closed from
+// the file opened before, and fail later with words that name no file.
+std::unique_ptr<dao::Recordset> wahlweise(dao::Database& db, const std::string& name,
+                                          dao::RecordsetType art = dao::RecordsetType::Table) {
+    if (!db.hasTable(name))
+        return nullptr;
+    return db.OpenRecordset(name, art);
 }
 
 } // namespace
@@ -57,8 +66,9 @@ void tabellen_oeffnen() {
     rs_Namen = tabelle(db, "Namen");
     rs_Quellen_DS = tabelle(db, "Quellen_DS");
     // An old file has Referenz in place of Notiz; the later one wins where both exist.
-    fehler_ignorieren([&] { rs_Notiz = tabelle(db, "Referenz"); });
-    fehler_ignorieren([&] { rs_Notiz = tabelle(db, "Notiz"); });
+    rs_Notiz = wahlweise(db, "Referenz");
+    if (auto notiz = wahlweise(db, "Notiz"))
+        rs_Notiz = std::move(notiz);
     rs_Ort = tabelle(db, "Ort");
     rs_Stichwort = tabelle(db, "Stichwort");
     rs_Stichwort_DS = tabelle(db, "Stichwort_DS");
@@ -67,10 +77,9 @@ void tabellen_oeffnen() {
     rs_Adressen_DS = tabelle(db, "Adressen_DS");
     rs_Version = tabelle(db, "Version");
     // Tables that an old file doesn't have yet.
-    fehler_ignorieren(
-        [&] { rs_Navigation = db.OpenRecordset("Navigation", dao::RecordsetType::Dynaset); });
-    fehler_ignorieren([&] { rs_Status = tabelle(db, "Status"); });
-    fehler_ignorieren([&] { rs_Ereignisdb = tabelle(db, "Ereignisdb"); });
+    rs_Navigation = wahlweise(db, "Navigation", dao::RecordsetType::Dynaset);
+    rs_Status = wahlweise(db, "Status");
+    rs_Ereignisdb = wahlweise(db, "Ereignisdb");
     rs_Geschichte = tabelle(*DB_Geschichte, "Deutsch");
     rs_namen = tabelle(*DB_namen, "Namen");
     rs_Orte = tabelle(*DB_Orte, "Ort");

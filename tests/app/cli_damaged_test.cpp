@@ -4,8 +4,11 @@
 // places. Each run ends in time with a file that both readers accept, or with a message that
 // names the tree; the tree stays as it was.
 
+#include "engine/sqlite_handle.h"
 #include "support/cli_fixture.h"
 
+#include <map>
+#include <random>
 #include <regex>
 #include <sstream>
 
@@ -119,5 +122,42 @@ TEST_F(DamagedTree, ATableFieldOrIndexMissingIsNamedWithTheTree) {
         }
         EXPECT_EQ(r.status, 5) << f.name << "\n" << r.output;
         EXPECT_TRUE(nennt(r.output, f.fehlt)) << f.name << "\n" << r.output;
+    }
+}
+
+// A page of junk: every sixth page of the tree, and the first pages of the two tables that are
+// opened only where they exist (notes, kinds of events), whose damage was once passed over.
+TEST_F(DamagedTree, APageOfJunkEndsWithAFileOrAMessageThatNamesTheTree) {
+    std::int64_t seitengroesse = 0;
+    std::map<std::int64_t, std::string> seiten; // page number (from 1), and its table
+    {
+        auto db = dao::OpenDatabase(tree, false, true);
+        sqlite::Statement groesse(db->connection(), "PRAGMA page_size");
+        ASSERT_TRUE(groesse.step());
+        seitengroesse = groesse.int64(0);
+        sqlite::Statement wurzeln(db->connection(),
+                                  "SELECT rootpage, name FROM sqlite_master WHERE name IN "
+                                  "('Notiz', 'Ereignisdb')");
+        while (wurzeln.step())
+            seiten[wurzeln.int64(0)] = wurzeln.text(1);
+    }
+    ASSERT_EQ(seiten.size(), 2u);
+    const auto anzahl = static_cast<std::int64_t>(fs::file_size(tree)) / seitengroesse;
+    for (std::int64_t s = 1; s <= anzahl; s += 6)
+        seiten.emplace(s, "");
+    std::mt19937 zufall(4711);
+    for (const auto& [seite, tabelle] : seiten) {
+        const std::string fall = "seite" + std::to_string(seite);
+        const std::string datei = kopie(fall);
+        std::string bytes = readFile(datei);
+        for (std::int64_t i = 0; i < seitengroesse; ++i)
+            bytes[static_cast<std::size_t>((seite - 1) * seitengroesse + i)] =
+                static_cast<char>(zufall());
+        std::ofstream(datei, std::ios::binary | std::ios::trunc) << bytes;
+        const Result r = pruefen(fall, datei);
+        if (!tabelle.empty()) {
+            EXPECT_EQ(r.status, 5) << fall << "\n" << r.output;
+            EXPECT_TRUE(nennt(r.output, tabelle)) << fall << "\n" << r.output;
+        }
     }
 }

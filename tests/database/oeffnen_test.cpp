@@ -2,10 +2,13 @@
 // a missing file, write-protected files, a file that is no database, and the version written
 // at every opening.
 #include "database/upgrade/kette.h"
+#include "engine/sqlite_handle.h"
 #include "frame/fenster.h"
 #include "support/upgrade_fixture.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 using namespace folio;
 namespace fs = std::filesystem;
@@ -104,6 +107,48 @@ TEST_F(Oeffnen, AFileThatIsNoDatabaseIsNamedAndLeavesNothingOpen) {
     EXPECT_FALSE(DB);
     EXPECT_FALSE(dao::engine().isOpen(baeume + "/Kaputt.SF6"));
     EXPECT_EQ(readFile(baeume + "/Kaputt.SF6"), vorher);
+}
+
+// The tables that an older file lacks are opened only where they exist. Where one is
+// missing its cursor is null, not the closed one of the file opened before; where one is
+// damaged, the file is named with the table, and nothing of it stays open.
+TEST_F(Oeffnen, ATableThatOldFilesLackIsPassedOverWhereMissingAndNamedWhereDamaged) {
+    vorlage("Heil.SF6");
+    ASSERT_EQ(oeffnen("Heil.SF6"), Geoeffnet::Ja);
+    ASSERT_TRUE(rs_Ereignisdb && rs_Status);
+
+    dao::OpenDatabase(vorlage("Ohne.SF6"))->connection().exec("DROP TABLE Status");
+    EXPECT_EQ(oeffnen("Ohne.SF6"), Geoeffnet::Ja);
+    EXPECT_FALSE(rs_Status);
+    EXPECT_TRUE(rs_Ereignisdb && rs_Ereignisdb->isOpen());
+
+    for (const std::string tabelle : {"Notiz", "Ereignisdb"}) {
+        const std::string pfad = vorlage(tabelle + ".SF6");
+        std::int64_t seite = 0, groesse = 0;
+        {
+            auto db = dao::OpenDatabase(pfad);
+            sqlite::Statement wurzel(db->connection(),
+                                     "SELECT rootpage FROM sqlite_master WHERE name = '" + tabelle +
+                                         "'");
+            sqlite::Statement seitengroesse(db->connection(), "PRAGMA page_size");
+            ASSERT_TRUE(wurzel.step() && seitengroesse.step());
+            seite = wurzel.int64(0);
+            groesse = seitengroesse.int64(0);
+        }
+        std::string bytes = readFile(pfad);
+        std::fill_n(bytes.begin() + (seite - 1) * groesse, groesse, '\xA5');
+        std::ofstream(pfad, std::ios::binary | std::ios::trunc) << bytes;
+        scripted->shown.clear();
+        EXPECT_EQ(oeffnen(tabelle + ".SF6"), Geoeffnet::Nein) << tabelle;
+        ASSERT_EQ(scripted->shown.size(), 1u) << messages();
+        EXPECT_NE(scripted->shown[0].text.find(pfad), std::string::npos) << messages();
+        EXPECT_NE(scripted->shown[0].text.find("damaged"), std::string::npos) << messages();
+        EXPECT_NE(scripted->shown[0].text.find("\"" + tabelle + "\""), std::string::npos)
+            << messages();
+        EXPECT_FALSE(DB);
+        EXPECT_FALSE(dao::engine().isOpen(pfad));
+        EXPECT_EQ(readFile(pfad), bytes);
+    }
 }
 
 TEST(Versionen, CompareAsStringsAndReadTheirLeadingNumber) {
