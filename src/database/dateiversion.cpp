@@ -52,6 +52,14 @@ Versionsart versionsart(const std::string& versionname) {
     return *datei == *aktuell ? Versionsart::Aktuell : Versionsart::Neuer;
 }
 
+DatabaseError ohne_versionszeile(const std::string& pfad) {
+    return DatabaseError(err::DatabaseDamaged,
+                         "'" + pfad +
+                             "' is damaged: its table Version has no row, so its version "
+                             "can't be told",
+                         pfad);
+}
+
 Dateiversion dateiversion_lesen(const std::string& pfad) {
     // Opened for writing where it may be written, so that a transaction that a killed run
     // left behind is rolled back first; reading changes nothing else.
@@ -62,9 +70,10 @@ Dateiversion dateiversion_lesen(const std::string& pfad) {
             "'" + pfad + "' is not a family-tree database (it has no table Version)", pfad);
     // The oldest files have no field for the name yet: they count as the old schema.
     auto rs = db->OpenRecordset("SELECT * FROM Version");
+    if (rs->Eof())
+        throw ohne_versionszeile(pfad);
     Dateiversion v;
-    v.name =
-        rs->Eof() || !rs->hasField("Versionname") ? "" : trimmed(rs->get("Versionname").text());
+    v.name = rs->hasField("Versionname") ? trimmed(rs->get("Versionname").text()) : "";
     v.art = versionsart(v.name);
     return v;
 }

@@ -2,6 +2,8 @@
 // that a file which this program doesn't know is refused before a byte of it changes.
 #pragma once
 
+#include "engine/errors.h"
+
 #include <string>
 
 namespace folio {
@@ -19,8 +21,13 @@ struct Dateiversion {
 };
 
 // Reads the version of a file without changing it. Raises a DatabaseError where the file is
-// no database, has no table Version, or is locked by another program.
+// no database, has no table Version or no row in it, or is locked by another program.
 Dateiversion dateiversion_lesen(const std::string& pfad);
+
+// The error of a file whose table Version has no row: every file has one, so the file is
+// damaged, and its version can't be told. The upgrade chain would take it for the oldest
+// schema and rebuild it by guess.
+DatabaseError ohne_versionszeile(const std::string& pfad);
 
 // The kind of a version name: its numbers compared one by one with the current version.
 Versionsart versionsart(const std::string& versionname);

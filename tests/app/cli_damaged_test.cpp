@@ -161,3 +161,14 @@ TEST_F(DamagedTree, APageOfJunkEndsWithAFileOrAMessageThatNamesTheTree) {
         }
     }
 }
+
+// A Version without rows tells no version; the file isn't taken for the oldest schema and
+// upgraded by guess, but named as damaged, and no copy of it is made for an upgrade.
+TEST_F(DamagedTree, AVersionWithoutRowsIsNamedAndNotUpgraded) {
+    const std::string datei = mitSql("ohneVersionszeile", "DELETE FROM Version");
+    const Result r = pruefen("ohneVersionszeile", datei);
+    EXPECT_EQ(r.status, 5) << r.output;
+    EXPECT_TRUE(nennt(r.output, "Version")) << r.output;
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.file("kaputt")), fs::directory_iterator()),
+              1);
+}

@@ -151,6 +151,27 @@ TEST_F(Oeffnen, ATableThatOldFilesLackIsPassedOverWhereMissingAndNamedWhereDamag
     }
 }
 
+// A Version without rows tells no version: the chain would take the file for the oldest
+// schema. It is named as damaged before any step changes it.
+TEST_F(Oeffnen, AFileWhoseVersionHasNoRowIsNamedAndLeftAsItWas) {
+    const std::string pfad = vorlage("Leer.SF6");
+    dao::OpenDatabase(pfad)->Execute("DELETE FROM Version ;");
+    const std::string vorher = readFile(pfad);
+    try {
+        oeffnen("Leer.SF6");
+        ADD_FAILURE() << "opened";
+    } catch (const DatabaseError& e) {
+        EXPECT_EQ(e.number(), err::DatabaseDamaged);
+        EXPECT_NE(std::string(e.what()).find(pfad), std::string::npos) << e.what();
+        EXPECT_NE(std::string(e.what()).find("Version"), std::string::npos) << e.what();
+    }
+    alle_schliessen("");
+    DB.reset();
+    EXPECT_EQ(readFile(pfad), vorher);
+    EXPECT_TRUE(scripted->shown.empty()) << messages();
+    EXPECT_EQ(std::distance(fs::directory_iterator(baeume), fs::directory_iterator()), 1);
+}
+
 TEST(Versionen, CompareAsStringsAndReadTheirLeadingNumber) {
     EXPECT_TRUE(version_mindestens("5.0.99", "5.0.190"));
     EXPECT_FALSE(version_mindestens("5.0.100", "5.0.190"));

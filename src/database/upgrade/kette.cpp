@@ -2,6 +2,7 @@
 // version written into the file at every opening.
 #include "database/upgrade/kette.h"
 
+#include "database/dateiversion.h"
 #include "database/oeffnen.h"
 #include "database/schema/schema.h"
 #include "database/tabellen.h"
@@ -58,6 +59,9 @@ DateTime datum_aus_teilen(int tag, int monat, int jahr) {
 void datenbank_aktualisieren(std::string& pfad, std::string& datei, bool ohne_komprimieren) {
     Fortschrittfrm().set("MousePointer", Value(MausSanduhr));
     upgrade::Lauf lauf(pfad, datei);
+    upgrade::zum_anfang(*rs_Version);
+    if (rs_Version->Eof()) // before any step changes the file
+        throw ohne_versionszeile(DB->Name());
     const std::string version = upgrade::versionname();
     // A file without a version name counts as one of the old schema.
     if (version.empty() || !version_mindestens(version, "5.0.190"))
