@@ -150,9 +150,13 @@ void markierte_durchlaufen(Exportlauf& lauf, Verknuepft tabelle, double basis, d
                            const std::function<void(dao::Recordset&)>& schreiben) {
     const std::string name = VerknuepfteTabellen[static_cast<std::size_t>(tabelle)];
     const Markenstand* marken = lauf.optionen.marken.get();
+    ErstesMal erstes_mal; // a number that stands twice goes out once
     if (!marken) {
         zeilen_durchlaufen(lauf, "SELECT * FROM " + name + " WHERE Markierung = TRUE ;", basis,
-                           spanne, schreiben);
+                           spanne, [&](dao::Recordset& rs) {
+                               if (erstes_mal(rs.get("Counter").toRecordId()))
+                                   schreiben(rs);
+                           });
         return;
     }
     const auto gesamt = static_cast<std::int64_t>(marken->anzahl(tabelle));
@@ -162,7 +166,8 @@ void markierte_durchlaufen(Exportlauf& lauf, Verknuepft tabelle, double basis, d
     auto rs = DB->OpenRecordset("SELECT * FROM " + name + " ;");
     const int counter = rs->fieldIndex("Counter");
     for (; !rs->Eof(); rs->MoveNext()) {
-        if (!marken->markiert(tabelle, rs->get(counter).toRecordId()))
+        const RecordId nummer = rs->get(counter).toRecordId();
+        if (!marken->markiert(tabelle, nummer) || !erstes_mal(nummer))
             continue;
         fortschritt_setzen(lauf, std::min(++anzahl, gesamt), gesamt, basis, spanne);
         schreiben(*rs);

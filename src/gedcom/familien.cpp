@@ -95,10 +95,14 @@ void familie_schreiben(Exportlauf& lauf, const Familientabelle& tabelle, std::si
 } // namespace
 
 void familien_aus_eltern(Exportlauf& lauf, Familientabelle& tabelle) {
+    ErstesMal erstes_mal; // a person's number that stands twice is a child once, by its first row
     zeilen_durchlaufen(lauf,
                        "SELECT Counter, Vater, Mutter FROM Daten WHERE " +
                            lauf.optionen.personen.bedingung() + " ;",
                        5, 5, [&](const dao::Durchlauf& person) {
+                           if (lauf.tabellen.doppelte_person(person.nummer(0)) &&
+                               !erstes_mal(person.nummer(0)))
+                               return;
                            const RecordId vater = person.nummer(1);
                            const RecordId mutter = person.nummer(2);
                            tabelle.kind_merken(person.nummer(0), vater, mutter);

@@ -126,6 +126,10 @@ void Nachschlagetabellen::personen_laden() {
     std::stable_sort(
         personen_.begin(), personen_.end(),
         [](const PersonEintrag& a, const PersonEintrag& b) { return a.nummer < b.nummer; });
+    for (std::size_t i = 1; i < personen_.size(); ++i)
+        if (personen_[i].nummer == personen_[i - 1].nummer &&
+            (doppelte_personen_.empty() || doppelte_personen_.back() != personen_[i].nummer))
+            doppelte_personen_.push_back(personen_[i].nummer);
     dao::Durchlauf z(*DB, "SELECT Quelle FROM Daten_DS WHERE Art = 'Z'");
     while (z.weiter())
         mit_assoziierten_.push_back(z.nummer(0));
@@ -154,6 +158,13 @@ std::optional<Nachschlagetabellen::Person> Nachschlagetabellen::person(RecordId 
     if (it == personen_.end() || it->nummer != nummer)
         return std::nullopt;
     return it->person;
+}
+
+bool Nachschlagetabellen::doppelte_person(RecordId nummer) {
+    if (!personen_geladen_)
+        personen_laden();
+    return !doppelte_personen_.empty() &&
+           std::binary_search(doppelte_personen_.begin(), doppelte_personen_.end(), nummer);
 }
 
 const Ereignistabelle& Nachschlagetabellen::ereignisse() {

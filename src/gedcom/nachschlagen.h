@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace folio {
@@ -66,6 +67,17 @@ struct Verknuepfung {
     RecordId ziel;
 };
 
+// Whether a pass over a table meets a number for the first time. In a damaged tree a number
+// may stand on two records; the file gets one record of it, its first row (the one a seek
+// finds), as two records of one identifier would leave the file's pointers ambiguous.
+class ErstesMal {
+public:
+    bool operator()(RecordId nummer) { return gesehen_.insert(nummer).second; }
+
+private:
+    std::unordered_set<RecordId> gesehen_;
+};
+
 class Nachschlagetabellen {
 public:
     // `marken`: the marks of the linked tables where the run was given them in memory, else
@@ -104,6 +116,8 @@ public:
         bool markiert = false, maennlich = false;
     };
     std::optional<Person> person(RecordId nummer);
+    // Whether the number stands on more than one person, as only in a damaged tree.
+    bool doppelte_person(RecordId nummer);
     // Starts reading the marked events beside the run where the tree allows it, so that
     // they are there when the first is asked for.
     void ereignisse_vorladen() { ereignisse_.beginnen(marken_, mit_aenderung_); }
@@ -136,8 +150,9 @@ private:
         RecordId nummer;
         Person person;
     };
-    std::vector<PersonEintrag> personen_;    // by number
-    std::vector<RecordId> mit_assoziierten_; // sorted
+    std::vector<PersonEintrag> personen_;     // by number
+    std::vector<RecordId> mit_assoziierten_;  // sorted
+    std::vector<RecordId> doppelte_personen_; // sorted; empty in a sound tree
     bool ereignisse_geladen_ = false;
     Ereignistabelle ereignisse_;
     bool verknuepfungen_geladen_ = false;

@@ -222,15 +222,19 @@ struct Stapel {
     std::size_t anzahl = 0;
 
     // Reads up to Groesse persons; false where none was left. `ende` notes that the pass
-    // is through: a further step would begin it again.
-    bool fuellen(Exportlauf& lauf, dao::Durchlauf& personen, bool& ende) {
+    // is through: a further step would begin it again. A number that stands twice is read
+    // once (`erstes_mal`).
+    bool fuellen(Exportlauf& lauf, dao::Durchlauf& personen, ErstesMal& erstes_mal, bool& ende) {
         while (anzahl < Groesse && !ende) {
             if (!personen.weiter()) {
                 ende = true;
                 break;
             }
             zeilen[anzahl].lesen(personen);
-            assoziierte_lesen(lauf, zeilen[anzahl].nummer(Counter), assoziierte[anzahl]);
+            const RecordId nummer = zeilen[anzahl].nummer(Counter);
+            if (lauf.tabellen.doppelte_person(nummer) && !erstes_mal(nummer))
+                continue;
+            assoziierte_lesen(lauf, nummer, assoziierte[anzahl]);
             ++anzahl;
         }
         return anzahl > 0;
@@ -253,9 +257,10 @@ void personen_schreiben(Exportlauf& lauf, const Familientabelle& familien) {
     const std::int64_t gesamt = zeilen_zaehlen(sql);
     dao::Durchlauf personen(*DB, sql);
     Reihenschreiber reihen(lauf);
+    ErstesMal erstes_mal;
     for (bool ende = false;;) {
         auto stapel = std::make_shared<Stapel>();
-        if (!stapel->fuellen(lauf, personen, ende))
+        if (!stapel->fuellen(lauf, personen, erstes_mal, ende))
             break;
         const auto anzahl = static_cast<std::int64_t>(stapel->anzahl);
         reihen.schreiben(

@@ -49,8 +49,10 @@ struct DamagedTree : Export {
         EXPECT_EQ(r.output.find("Sanitizer"), std::string::npos) << wie;
         EXPECT_EQ(r.output.find("runtime error"), std::string::npos) << wie;
         if (r.status == 0) {
-            EXPECT_TRUE(gedcomProblems(readFile(gedcom)).empty())
-                << wie << testing::PrintToString(gedcomProblems(readFile(gedcom)));
+            // A family keeps a parent's number that no person has as its HUSB or WIFE.
+            const auto probleme =
+                gedcomProblems(readFile(gedcom), nullptr, {"ASSO", "HUSB", "WIFE"});
+            EXPECT_TRUE(probleme.empty()) << wie << testing::PrintToString(probleme);
         } else {
             EXPECT_NE(r.output.find(datei), std::string::npos) << "the tree isn't named: " << wie;
             EXPECT_FALSE(fs::exists(gedcom)) << wie;
@@ -171,4 +173,39 @@ TEST_F(DamagedTree, AVersionWithoutRowsIsNamedAndNotUpgraded) {
     EXPECT_TRUE(nennt(r.output, "Version")) << r.output;
     EXPECT_EQ(std::distance(fs::directory_iterator(dir.file("kaputt")), fs::directory_iterator()),
               1);
+}
+
+// Numbers that stand twice, with a plain index in place of the unique one: a record goes out
+// once, as its first row, whichever way the persons are chosen.
+TEST_F(DamagedTree, NumbersThatStandTwiceGoOutOnce) {
+    std::string sql =
+        // Emma takes Otto Friedrich's number behind him; two persons are there twice.
+        "DROP INDEX Daten_Counter; UPDATE Daten SET Counter = 22 WHERE Counter = 24;"
+        "INSERT INTO Daten SELECT * FROM Daten WHERE Counter IN (15, 35);"
+        "CREATE INDEX Daten_Counter ON Daten (Counter);"
+        "DROP INDEX Ort_Counter; UPDATE Ort SET Counter = 3 WHERE Counter = 4;"
+        "INSERT INTO Ort SELECT * FROM Ort WHERE Counter = 5;"
+        "CREATE INDEX Ort_Counter ON Ort (Counter);"
+        "DROP INDEX Ereignisdb_Index; INSERT INTO Ereignisdb SELECT * FROM Ereignisdb;"
+        "CREATE INDEX Ereignisdb_Index ON Ereignisdb (\"Index\");"
+        "UPDATE Daten SET Markierung = -1 WHERE Counter IN (1, 2, 5, 6, 15, 16, 22);";
+    // Every record of the other tables twice, and every link.
+    for (const char* t : {"Ereignis", "Notiz", "Dokument", "Bilder", "Adressen", "Ereignis_DS",
+                          "Daten_DS", "Quellen_DS", "Adressen_DS"}) {
+        const std::string index = std::string(t) + "_Counter";
+        sql += "DROP INDEX " + index + "; INSERT INTO " + t + " SELECT * FROM " + t +
+               "; CREATE INDEX " + index + " ON " + t + " (Counter);";
+    }
+    const std::string datei = mitSql("doppelt", sql);
+    int fall = 0;
+    for (const char* optionen :
+         {"--all", "--marked", "--person 22 --ancestors --descendants --spouses",
+          "--person 35 --ancestors --descendants --spouses --exclude-living"}) {
+        const std::string name = "doppelt" + std::to_string(++fall);
+        const Result r = pruefen(name, datei, optionen);
+        ASSERT_EQ(r.status, 0) << optionen << "\n" << r.output;
+        const std::string ged = readFile(ziel(name));
+        EXPECT_NE(ged.find("0 @I22@ INDI\r\n1 NAME Otto"), std::string::npos) << optionen;
+        EXPECT_EQ(ged.find("NAME Emma"), std::string::npos) << optionen;
+    }
 }
