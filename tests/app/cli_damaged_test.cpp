@@ -209,3 +209,94 @@ TEST_F(DamagedTree, NumbersThatStandTwiceGoOutOnce) {
         EXPECT_EQ(ged.find("NAME Emma"), std::string::npos) << optionen;
     }
 }
+
+// Links to records that don't exist, from every kind of link: they are left out, and what
+// they point from goes out.
+TEST_F(DamagedTree, LinksToNothingAreLeftOut) {
+    const std::string datei = mitSql(
+        "insleere",
+        "UPDATE Daten SET Vater = 9001 WHERE Counter = 22; UPDATE Daten SET Mutter = 9002 "
+        "WHERE Counter = 23;"
+        "UPDATE Daten SET Ort = 9003, GOrt = 9004, SOrt = -5, Notiz = 9005, Bild = 9006 WHERE "
+        "Counter IN (22, 34, 35);"
+        "UPDATE Ereignis SET Ort = 9007, Bild = 9008, Notiz = 9009 WHERE Counter % 2 = 0;"
+        "UPDATE Ereignis_DS SET Ziel = Ziel + 90000 WHERE Counter % 3 = 0;"
+        "UPDATE Ereignis_DS SET Quelle = Quelle + 90000 WHERE Counter % 3 = 1;"
+        "UPDATE Quellen_DS SET Ziel = Ziel + 9000 WHERE Counter % 2 = 0;"
+        "UPDATE Quellen_DS SET Quelle = Quelle + 9000 WHERE Counter % 2 = 1;"
+        "UPDATE Daten_DS SET Ziel = Ziel + 9000 WHERE Counter % 2 = 0;"
+        "UPDATE Adressen_DS SET Ziel = Ziel + 9000 WHERE Counter % 2 = 0;"
+        "UPDATE Adressen_DS SET Quelle = Quelle + 9000 WHERE Counter % 2 = 1;"
+        "UPDATE Ort SET Bild = 9010, Notiz = 9011, Oberort = 9012;"
+        "UPDATE Dokument SET Notiz = 9013, Bild = 9014, Ort = 9015;"
+        "UPDATE Bilder SET Ort = 9016, Notiz = 9017; UPDATE Adressen SET Ort = 9018;"
+        "UPDATE Daten SET Markierung = -1 WHERE Counter IN (22, 23, 34);");
+    int fall = 0;
+    for (const char* optionen :
+         {"--all --privacy none --change-stamps", "--marked --strict-55",
+          "--person 22 --ancestors --descendants --spouses", "--person 34 --ancestors"}) {
+        const std::string name = "insleere" + std::to_string(++fall);
+        const Result r = pruefen(name, datei, optionen);
+        ASSERT_EQ(r.status, 0) << optionen << "\n" << r.output;
+        EXPECT_TRUE(persons(readFile(ziel(name))).count(22)) << optionen;
+    }
+}
+
+// Circles: a person their own father, their own ancestor through a grandchild, a father
+// and son each the other's father; places their own parent place, in a circle of two and
+// of three. Walks of ancestors and descendants end, and every person goes out once.
+TEST_F(DamagedTree, CirclesOfParentsAndOfPlacesEnd) {
+    const std::string datei =
+        mitSql("kreise",
+               // 22's father is his grandson 50; 15's mother is her great-grandson 54; 1 is his own
+               // father; 5 and 8 are each the other's father.
+               "UPDATE Daten SET Vater = 50 WHERE Counter = 22;"
+               "UPDATE Daten SET Mutter = 54 WHERE Counter = 15;"
+               "UPDATE Daten SET Vater = 1, Mutter = 1 WHERE Counter = 1;"
+               "UPDATE Daten SET Vater = 8 WHERE Counter = 5; UPDATE Daten SET Vater = 5 WHERE "
+               "Counter = 8;"
+               "UPDATE Ort SET Oberort = 1 WHERE Counter = 1;"
+               "UPDATE Ort SET Oberort = 3 WHERE Counter = 5;"
+               "UPDATE Ort SET Oberort = 11 WHERE Counter = 10; UPDATE Ort SET Oberort = 12 WHERE "
+               "Counter = 11; UPDATE Ort SET Oberort = 10 WHERE Counter = 12;"
+               "UPDATE Daten SET Markierung = -1 WHERE Counter IN (1, 22, 50);");
+    struct Fall {
+        const char* optionen;
+        std::set<int> mindestens;
+    };
+    const Fall faelle[] = {
+        {"--person 22 --ancestors", {22, 50, 35, 16, 23}},
+        {"--person 22 --descendants --spouses", {22, 35, 50, 54, 23}},
+        {"--person 54 --ancestors --descendants --spouses", {54, 35, 22, 50, 15}},
+        {"--person 1 --ancestors --descendants", {1, 7}},
+        {"--person 5 --ancestors --descendants --spouses --exclude-living", {5, 8}},
+        {"--all --privacy none", {1, 5, 8, 22, 50, 54}},
+        {"--marked", {1, 22, 50}},
+    };
+    int fall = 0;
+    for (const Fall& f : faelle) {
+        const std::string name = "kreise" + std::to_string(++fall);
+        const Result r = pruefen(name, datei, f.optionen);
+        ASSERT_EQ(r.status, 0) << f.optionen << "\n" << r.output;
+        const std::set<int> exportiert = persons(readFile(ziel(name)));
+        for (int p : f.mindestens)
+            EXPECT_TRUE(exportiert.count(p)) << f.optionen << ": " << p;
+    }
+}
+
+// A text or an overlarge number where a record's number belongs: where the run can't go on,
+// the tree is named with what it found.
+TEST_F(DamagedTree, AValueOfTheWrongKindEndsWithTheTreeNamed) {
+    const std::pair<const char*, const char*> faelle[] = {
+        {"textVater", "UPDATE Daten SET Vater = 'abc' WHERE Counter = 22"},
+        {"textOrt", "UPDATE Daten SET Ort = 'x' WHERE Counter = 22"},
+        {"textArt", "UPDATE Ereignis SET Art = 'foo'"},
+        {"textZiel", "UPDATE Ereignis_DS SET Ziel = 'q' WHERE Counter = 3"},
+        {"riesig", "UPDATE Ort SET Counter = 1e30 WHERE Counter = 3"},
+    };
+    for (const auto& [fall, sql] : faelle) {
+        const std::string datei = mitSql(fall, sql);
+        pruefen(std::string(fall) + "1", datei, "--all");
+        pruefen(std::string(fall) + "2", datei, "--person 22 --ancestors --descendants --spouses");
+    }
+}
