@@ -18,9 +18,21 @@ namespace folio {
 
 namespace {
 
+// Whether a text can stand as a GEDCOM tag: letters, digits and the underscore, at most 31.
+bool ist_tag(const std::string& text) {
+    return !text.empty() && text.size() <= 31 && std::all_of(text.begin(), text.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+               c == '_';
+    });
+}
+
 Ereignisart ereignisart_lesen(dao::Recordset& rs) {
     Ereignisart a;
     a.gedtag = trimmed(rs.get("gedtag").text());
+    // Junk where the tag belongs (a damaged table of kinds) would break its line for every
+    // reader: the kind goes out as one without a tag does, as EVEN with its name.
+    if (!ist_tag(a.gedtag))
+        a.gedtag.clear();
     a.art = rs.get("Art").text();
     a.maxhauptpersonen = rs.get("maxhauptpersonen").toInt();
     a.causAlsTag = rs.get("CAUSasTAG").toBool();

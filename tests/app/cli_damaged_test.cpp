@@ -300,3 +300,19 @@ TEST_F(DamagedTree, AValueOfTheWrongKindEndsWithTheTreeNamed) {
         pruefen(std::string(fall) + "2", datei, "--person 22 --ancestors --descendants --spouses");
     }
 }
+
+// Junk where a kind of event keeps its GEDCOM tag would break the line of every such event:
+// the kind goes out as EVEN with its name, as a kind without a tag does.
+TEST_F(DamagedTree, AKindOfEventWhoseTagIsJunkGoesOutAsEven) {
+    const std::string datei =
+        mitSql("marken", "UPDATE Ereignisdb SET GedTAG = CAST(X'2D39BC1B' AS TEXT) WHERE "
+                         "GedTAG = 'BIRT'; UPDATE Ereignisdb SET GedTAG = 'MA RR' WHERE "
+                         "GedTAG = 'MARR'");
+    const Result r = pruefen("marken", datei, "--all --privacy none");
+    ASSERT_EQ(r.status, 0) << r.output;
+    const std::string ged = readFile(ziel("marken"));
+    EXPECT_EQ(ged.find("BIRT"), std::string::npos);
+    EXPECT_EQ(ged.find("MA RR"), std::string::npos);
+    EXPECT_NE(ged.find("\r\n1 EVEN\r\n2 TYPE Geburt\r\n"), std::string::npos);
+    EXPECT_NE(ged.find("\r\n1 EVEN\r\n2 TYPE Standesamtliche Heirat\r\n"), std::string::npos);
+}
