@@ -235,7 +235,7 @@ Ausgang ziel_pruefen(const ExportOptionen& o) {
 
 // The selection as the person page would leave it. Every person is selected in memory
 // (`personen`), not by a mark written into each record.
-Ausgang personen_waehlen(const ExportOptionen& o, Personenwahl& personen) {
+Ausgang personen_waehlen(const ExportOptionen& o, const fs::path& datei, Personenwahl& personen) {
     AuswahlForm& form = Auswahl();
     const std::pair<const char*, bool> schalter[] = {{"Vorfahren", o.vorfahren},
                                                      {"Nachfahren", o.nachfahren},
@@ -277,7 +277,9 @@ Ausgang personen_waehlen(const ExportOptionen& o, Personenwahl& personen) {
             lebende_abwaehlen();
     }
     if (!personen_gewaehlt(personen)) {
-        fehler(sprachtext("9804 Es ist keine Person ausgewählt; es gibt nichts zu exportieren."));
+        // The tree is named: where its marks are junk, even --all may find nobody.
+        fehler(sprachtext("9804 Es ist keine Person ausgewählt; es gibt nichts zu exportieren."),
+               datei.string());
         return KeinePersonGewaehlt;
     }
     return Fertig;
@@ -573,7 +575,7 @@ Ausgang schreiben(Terminalanzeige& anzeige, std::shared_ptr<const Markenstand> m
 Ausgang auswaehlen_und_schreiben(const ExportOptionen& o, const fs::path& datei,
                                  const fs::path& ziel) {
     Personenwahl personen;
-    if (const Ausgang a = personen_waehlen(o, personen); a != Fertig)
+    if (const Ausgang a = personen_waehlen(o, datei, personen); a != Fertig)
         return a;
     haltepunkt("auswahl");
     Terminalanzeige anzeige;

@@ -293,6 +293,7 @@ TEST_F(DamagedTree, AValueOfTheWrongKindEndsWithTheTreeNamed) {
         {"textArt", "UPDATE Ereignis SET Art = 'foo'"},
         {"textZiel", "UPDATE Ereignis_DS SET Ziel = 'q' WHERE Counter = 3"},
         {"riesig", "UPDATE Ort SET Counter = 1e30 WHERE Counter = 3"},
+        {"textMarken", "UPDATE Daten SET Markierung = 'ja'"},
     };
     for (const auto& [fall, sql] : faelle) {
         const std::string datei = mitSql(fall, sql);
@@ -315,4 +316,13 @@ TEST_F(DamagedTree, AKindOfEventWhoseTagIsJunkGoesOutAsEven) {
     EXPECT_EQ(ged.find("MA RR"), std::string::npos);
     EXPECT_NE(ged.find("\r\n1 EVEN\r\n2 TYPE Geburt\r\n"), std::string::npos);
     EXPECT_NE(ged.find("\r\n1 EVEN\r\n2 TYPE Standesamtliche Heirat\r\n"), std::string::npos);
+}
+
+// A whole number beyond the range of record numbers where a place's number belongs. Disabled
+// until the engine refuses such a number as an overflow where it reads it: its conversion of
+// a whole number to a record number multiplies past 64 bits, which the checked build stops.
+TEST_F(DamagedTree, DISABLED_ANumberBeyondTheRangeOfRecordNumbersEndsWithTheTreeNamed) {
+    const std::string datei =
+        mitSql("uebergross", "UPDATE Ereignis SET Ort = 4611686018427387904 WHERE Counter = 1");
+    pruefen("uebergross", datei);
 }
