@@ -59,8 +59,7 @@ DateTime datum_aus_teilen(int tag, int monat, int jahr) {
 void datenbank_aktualisieren(std::string& pfad, std::string& datei, bool ohne_komprimieren) {
     Fortschrittfrm().set("MousePointer", Value(MausSanduhr));
     upgrade::Lauf lauf(pfad, datei);
-    upgrade::zum_anfang(*rs_Version);
-    if (rs_Version->Eof()) // before any step changes the file
+    if (rs_Version->RecordCount() == 0) // before any step changes the file
         throw ohne_versionszeile(DB->Name());
     const std::string version = upgrade::versionname();
     // A file without a version name counts as one of the old schema.
