@@ -36,7 +36,8 @@ struct DamagedTree : Export {
     // The command line on `datei`, stopped after a minute. What it may end with: status 0 and
     // a file that our reader finds sound (the independent one reads it at the end of the
     // test), or another status and a message that names the tree. Never a hang, a signal, a
-    // sanitizer's report or a target left behind; and the tree's bytes stay as they were.
+    // sanitizer's report or a target left behind; and the tree's bytes stay as they were, with
+    // no journal beside them.
     Result pruefen(const std::string& fall, const std::string& datei,
                    const std::string& optionen = "--all") {
         const std::string vorher = readFile(datei);
@@ -60,6 +61,10 @@ struct DamagedTree : Export {
         EXPECT_TRUE(readFile(datei) == vorher) << "the tree was changed: " << wie;
         for (const char* beiseite : {"-journal", "-wal"})
             EXPECT_FALSE(fs::exists(datei + beiseite)) << wie;
+        // A tree that went out opens as before: its marks and its Version read as usual.
+        if (r.status == 0) {
+            EXPECT_NO_THROW(marks(datei)) << wie;
+        }
         return r;
     }
 };
@@ -210,8 +215,8 @@ TEST_F(DamagedTree, NumbersThatStandTwiceGoOutOnce) {
     }
 }
 
-// Links to records that don't exist, from every kind of link: they are left out, and what
-// they point from goes out.
+// Links to records that don't exist, of each kind: they are left out, and the records they
+// point from go out.
 TEST_F(DamagedTree, LinksToNothingAreLeftOut) {
     const std::string datei = mitSql(
         "insleere",
