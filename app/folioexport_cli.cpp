@@ -7,6 +7,8 @@
 // --language de|en, anywhere among the arguments, sets the language of one run.
 
 #include "engine/abbruch.h"
+#include "engine/errors.h"
+#include "engine/stoerung.h"
 #include "export_befehl.h"
 #include "frame/globals.h"
 #include "frame/ini.h"
@@ -85,6 +87,11 @@ int main(int argc, char** argv) {
         std::make_unique<TerminalPlatform>(std::cerr, ::isatty(STDERR_FILENO) == 1, Programm));
     std::vector<std::string> argumente(argv + 1, argv + argc);
     const std::string sprache = sprache_nehmen(argumente);
+    try {
+        stoerung::aus_umgebung(); // the failing disk of the tests, where they ask for one
+    } catch (const Error& e) {
+        return falscher_aufruf(e.what());
+    }
     StartForm start;
     const StartErgebnis ergebnis = programm_starten(start);
     if (!ergebnis.ok)

@@ -350,9 +350,26 @@ void Database::Execute(std::string_view sql, int /*options*/) {
 }
 
 void Database::beforeWrite() {
+    if (transactionLost())
+        throw lostTransaction();
     for (Recordset* rs : recordsets_)
         rs->beforeWrite();
     ++writeGeneration_;
+}
+
+// A failing disk (a full one, a failed write or read) can make the store roll back the whole
+// transaction on its own. Where that happened and the work went on, no write may follow: it
+// would stand on its own, outside the work that it belongs to, and leave the file half
+// changed. Every write then fails until the work's transaction ends.
+bool Database::transactionLost() const {
+    return transactionDepth_ > 0 && connection_.get() && sqlite3_get_autocommit(connection_.get());
+}
+
+DatabaseError Database::lostTransaction() const {
+    return DatabaseError(err::EngineError,
+                         "The changes to the database '" + path_ +
+                             "' were undone after a failure of the disk; the work stops",
+                         path_);
 }
 
 void Database::releaseStatements(std::string_view table) {
@@ -543,6 +560,10 @@ void Database::CommitTrans() {
     if (transactionDepth_ == 0)
         throw DatabaseError(err::EngineError, "Commit without a transaction in '" + path_ + "'",
                             path_);
+    if (transactionLost()) {
+        --transactionDepth_;
+        throw lostTransaction();
+    }
     if (transactionDepth_ == 1)
         connection_.exec("COMMIT");
     else
@@ -560,7 +581,9 @@ void Database::Rollback() {
         rs->releaseStatements();
         rs->schemaChanged_ = true;
     }
-    if (transactionDepth_ == 1) {
+    if (transactionLost()) {
+        // Undone already.
+    } else if (transactionDepth_ == 1) {
         connection_.exec("ROLLBACK");
     } else {
         const std::string sp = "folio_" + std::to_string(transactionDepth_ - 1);

@@ -8,6 +8,7 @@
 // object, and any use of it raises "Object invalid or no longer set".
 #pragma once
 
+#include "engine/errors.h"
 #include "engine/field_type.h"
 #include "engine/sqlite_handle.h"
 #include "engine/value.h"
@@ -174,6 +175,8 @@ private:
     void unregisterRecordset(Recordset* rs);
     TableInfo loadTableInfo(std::string_view table);
     void releaseStatements(std::string_view table);
+    bool transactionLost() const;
+    DatabaseError lostTransaction() const;
 
     Workspace* workspace_;
     std::string path_;

@@ -56,6 +56,7 @@ inline constexpr int PropertyNotSupported = 438; // a control has no such proper
 inline constexpr int ControlArrayElement = 340;  // a form has no such control
 inline constexpr int ElementNotFound = 35601;    // a tool bar has no button of that key
 inline constexpr int EngineError = 3146;
+inline constexpr int InvalidArgument = 5; // an argument that makes no sense
 } // namespace err
 
 // A failure of the database layer. `file`, `statement` and `field` say where it happened;

@@ -54,6 +54,9 @@ void raise(sqlite3* db, int rc, const std::string& file, const std::string& stat
     case SQLITE_CORRUPT:
         message = "The database '" + file + "' is damaged (" + message + ")";
         break;
+    case SQLITE_IOERR:
+        message = "The disk failed to read or write the database '" + file + "' (" + message + ")";
+        break;
     default:
         message += " in '" + file + "'";
         break;

@@ -2,6 +2,7 @@
 
 #include "engine/abbruch.h"
 #include "engine/errors.h"
+#include "engine/stoerung.h"
 
 #include <cerrno>
 #include <cstring>
@@ -46,8 +47,11 @@ void GedcomAusgabe::schreiber() {
         if (fehlernummer_ == 0) {
             sperre.unlock();
             errno = 0;
-            out_.write(puffer.data(), static_cast<std::streamsize>(puffer.size()));
-            const int e = out_ ? 0 : (errno ? errno : -1);
+            int e = stoerung::zaehlen(stoerung::Art::Schreiben);
+            if (e == 0) {
+                out_.write(puffer.data(), static_cast<std::streamsize>(puffer.size()));
+                e = out_ ? 0 : (errno ? errno : -1);
+            }
             sperre.lock();
             if (e != 0)
                 fehlernummer_ = e;

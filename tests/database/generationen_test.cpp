@@ -5,6 +5,7 @@
 #include "alte_dateien.h"
 #include "database/schema/generations.h"
 #include "frame/start.h"
+#include "support/stoerung_schleife.h"
 #include "support/upgrade_fixture.h"
 
 #include <filesystem>
@@ -41,6 +42,8 @@ struct Generationen : test::UpgradeFixture, ::testing::WithParamInterface<Genera
     }
     long long anzahl(const char* sql) { return DB->OpenRecordset(sql)->get(0).toInt(); }
 };
+
+using Aelteste = test::UpgradeFixture;
 
 std::string name(const ::testing::TestParamInfo<Generation>& info) {
     std::string n(schema::generationName(info.param));
@@ -277,4 +280,60 @@ TEST_F(Migration, ListTextsOfEventsHaveTheWordsOfTheirTypeAndWholeCharacters) {
     EXPECT_EQ(geburt.rfind("Geburt von ÄÄÄ", 0), 0u);
     EXPECT_EQ(utf8Length(geburt), 255u);
     EXPECT_EQ((static_cast<unsigned char>(geburt.back()) & 0xC0), 0x80u); // ends in a whole Ö
+}
+
+// The oldest file on a failing disk: the migration, its compaction and the steps behind them
+// with each read, write and sync failing in turn, and with the disk full from each write on.
+// The file stays at a finished step (the compaction leaves it whole), and the next opening
+// brings it to today's schema with every person.
+TEST_F(Aelteste, EachFailingReadWriteOrSyncOfTheMigrationLeavesAFileTheNextOpeningFinishes) {
+    const std::string baum = baeume + "/Familie.SF6";
+    auto vorbereiten = [&] {
+        alle_schliessen("");
+        DB.reset();
+        Fortschrittfrm().entladen();
+        for (const auto& f : std::filesystem::directory_iterator(baeume))
+            std::filesystem::remove(f.path());
+        alt::beispieldatei(Generation::Urform, baum);
+        scripted->shown.clear();
+    };
+    auto oeffnen_lassen = [&]() -> std::string {
+        try {
+            if (oeffnen("Familie.SF6") == Geoeffnet::Ja)
+                return "";
+            return scripted->shown.empty() ? "?" : scripted->shown.back().text;
+        } catch (const Error& e) {
+            return e.what();
+        }
+    };
+    vorbereiten();
+    const long long personen = [&] {
+        auto db = dao::OpenDatabase(baum, false, true);
+        return db->OpenRecordset("SELECT count(*) FROM Daten")->get(0).toInt();
+    }();
+    // What a finished conversion lacks of today's schema or holds otherwise: nothing. (A chain
+    // broken off between the step that renames Kekuel and the last one adds an empty Kekuel
+    // again when it runs anew, as the old steps test for their fields: one field too many.)
+    auto fehlt_etwas = [] {
+        std::vector<std::string> u = test::schema_unterschiede(*DB);
+        std::erase_if(u, [](const std::string& s) { return s.ends_with(" is too many"); });
+        return u;
+    };
+    test::auf_fehlerhafter_platte(
+        vorbereiten, oeffnen_lassen,
+        [&](const stoerung::Plan&, bool ausgeloest, const std::string& fehler) {
+            if (!fehler.empty()) {
+                EXPECT_TRUE(ausgeloest) << fehler;
+                EXPECT_NE(fehler.find(dir.path().string()), std::string::npos) << fehler;
+            }
+            for (const auto& f : std::filesystem::directory_iterator(baeume))
+                EXPECT_NE(f.path().extension(), ".part") << f.path();
+            alle_schliessen("");
+            DB.reset();
+            Fortschrittfrm().entladen();
+            ASSERT_EQ(oeffnen("Familie.SF6"), Geoeffnet::Ja) << fehler << "\n" << messages();
+            EXPECT_EQ(version(), "6.0.102");
+            EXPECT_EQ(DB->OpenRecordset("SELECT count(*) FROM Daten")->get(0).toInt(), personen);
+            EXPECT_EQ(fehlt_etwas(), std::vector<std::string>{}) << fehler;
+        });
 }

@@ -2,6 +2,7 @@
 // breaks off in the middle: the next opening finishes it, and nothing is lost.
 #include "database/upgrade/kette.h"
 #include "frame/start.h"
+#include "support/stoerung_schleife.h"
 #include "support/upgrade_fixture.h"
 
 #include <csignal>
@@ -149,4 +150,42 @@ TEST_F(Abschnitte, AProcessKilledInTheMiddleOfAStepLosesOnlyThatStep) {
     EXPECT_EQ(WTERMSIG(status), SIGKILL);
     ASSERT_EQ(oeffnen("Familie.SF6"), Geoeffnet::Ja);
     pruefen();
+}
+
+TEST_F(Abschnitte, EachFailingReadWriteOrSyncOfAnUpgradeStopsAtAStepTheNextOpeningFinishes) {
+    const std::string baum = baeume + "/Familie.SF6";
+    auto vorbereiten = [&] {
+        alle_schliessen("");
+        DB.reset();
+        Fortschrittfrm().entladen();
+        for (const auto& f : fs::directory_iterator(baeume))
+            fs::remove(f.path());
+        version_5_0_220();
+        scripted->shown.clear();
+    };
+    auto oeffnen_lassen = [&]() -> std::string {
+        try {
+            if (oeffnen("Familie.SF6") == Geoeffnet::Ja)
+                return "";
+            return scripted->shown.empty() ? "?" : scripted->shown.back().text;
+        } catch (const Error& e) {
+            return e.what();
+        }
+    };
+    test::auf_fehlerhafter_platte(
+        vorbereiten, oeffnen_lassen,
+        [&](const stoerung::Plan&, bool ausgeloest, const std::string& fehler) {
+            if (!fehler.empty()) {
+                EXPECT_TRUE(ausgeloest) << fehler;
+                EXPECT_NE(fehler.find("Familie"), std::string::npos) << fehler;
+            }
+            for (const auto& f : fs::directory_iterator(baeume))
+                EXPECT_EQ(f.path().extension() == ".part", false) << f.path();
+            // The file is at a finished step: the next opening finishes the chain.
+            alle_schliessen("");
+            DB.reset();
+            Fortschrittfrm().entladen();
+            ASSERT_EQ(oeffnen("Familie.SF6"), Geoeffnet::Ja) << fehler << "\n" << messages();
+            pruefen();
+        });
 }

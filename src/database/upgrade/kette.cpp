@@ -78,7 +78,7 @@ void datenbank_aktualisieren(std::string& pfad, std::string& datei, bool ohne_ko
     Fortschrittfrm().set("MousePointer", Value(MausNormal));
     if (lauf.gemeldet[1]) {
         Fortschrittfrm().entladen();
-        datenbank_oeffnen(pfad, datei, false, false);
+        upgrade::wieder_oeffnen(pfad, datei, false);
     }
 }
 

@@ -125,9 +125,20 @@ void Lauf::hinweis() {
                                              (alt.empty() ? std::string("alt") : alt) + ").bak"))
                     .string();
             if (!fs::exists(kopie, ec)) {
-                FileBeside neu(kopie);
-                fs::copy_file(datei_pfad, neu.path(), fs::copy_options::overwrite_existing);
-                neu.putInPlace();
+                // Without the copy the file isn't touched: the conversion stops here.
+                try {
+                    FileBeside neu(kopie);
+                    neu.copyFrom(datei_pfad);
+                    neu.putInPlace();
+                } catch (const fs::filesystem_error& e) {
+                    const std::string kopie_pfad = kopie;
+                    kopie.clear();
+                    throw Error(e.code() == std::errc::no_space_on_device ? err::DiskFull
+                                                                          : err::CannotOpenFile,
+                                "The copy of '" + datei_pfad.string() +
+                                    "' could not be written as '" + kopie_pfad +
+                                    "': " + e.code().message());
+                }
             }
         }
         sicherung_ = kopie;
@@ -173,7 +184,15 @@ void Lauf::ausfuehren(const std::string& sql) {
 }
 
 void Lauf::neu_oeffnen() {
-    datenbank_oeffnen(pfad, datei, false, true);
+    wieder_oeffnen(pfad, datei, true);
+}
+
+void wieder_oeffnen(std::string& pfad, std::string& datei, bool ohne_aktualisierung) {
+    // Where the file can't be opened again (the message has named it), the conversion ends
+    // here, at its last finished step: what follows needs the file open.
+    if (datenbank_oeffnen(pfad, datei, false, ohne_aktualisierung) != Geoeffnet::Ja)
+        throw Error(err::CannotOpenFile, "The database '" + pfad_verbinden(pfad, datei) +
+                                             "' could not be opened again during its conversion");
 }
 
 void Lauf::schritt(int nummer, const std::function<void()>& arbeit) {

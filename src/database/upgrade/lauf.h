@@ -80,4 +80,9 @@ private:
     std::string sicherung_; // the copy of the file as it was, once made
 };
 
+// Opens the file again as the chain does (with the rest of the chain run on it, unless
+// `ohne_aktualisierung`); raises folio::Error naming the file where it can't be opened, so that
+// the conversion ends at its last finished step.
+void wieder_oeffnen(std::string& pfad, std::string& datei, bool ohne_aktualisierung);
+
 } // namespace folio::upgrade

@@ -571,7 +571,7 @@ void migration(Lauf& lauf, bool ohne_komprimieren) {
     DB.reset();
     datenbank_reparieren(lauf.pfad, lauf.datei);
     komprimieren(datei);
-    datenbank_oeffnen(lauf.pfad, lauf.datei, false, false);
+    wieder_oeffnen(lauf.pfad, lauf.datei, false); // the chain goes on on the compacted file
 }
 
 } // namespace folio::upgrade
