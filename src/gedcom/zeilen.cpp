@@ -51,6 +51,11 @@ std::u32string falten(const std::u32string& t) {
                     break;
                 }
             }
+            // Nor does it fall in front of a "CONT#" or "CONC#" typed by the user: with the
+            // last "#" of the marker put in, that would read as a marker, and the one put in
+            // would be lost. It falls one character earlier then.
+            if (marke_bei(U"#" + t.substr(std::min(pos + i, t.size()), 5), 1))
+                --i;
             const std::size_t hinter = std::min(pos + i, t.size());
             out.append(t, geschrieben, hinter - geschrieben);
             out += CONC;
@@ -130,8 +135,14 @@ std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const s
     // 3. Line breaks become markers; blanks go from the right end. A lone CR or LF is text.
     s = text;
     replaceAll(s, "\r\n", "#CONT#");
-    // 4. Fold; the count is in characters.
-    s = toUtf8(falten(codePoints(std::string(trimBlanksRight(s)))));
+    // 4. Fold; the count is in characters. A lone CR or LF, or another control character,
+    // counts as one and then becomes a blank, as on every other line: in the file it would end
+    // the line or begin a record.
+    std::u32string gefaltet = falten(codePoints(std::string(trimBlanksRight(s))));
+    for (char32_t& c : gefaltet)
+        if (c < 0x20 && c != U'\t')
+            c = U' ';
+    s = toUtf8(gefaltet);
     // 5. The markers become lines.
     const std::string folge = "\r\n" + std::to_string(ebene + 1);
     replaceAll(s, "#CONT#", folge + " CONT ");

@@ -29,7 +29,8 @@ void zeile(Exportlauf& lauf, int ebene, const std::string& text);
 
 // Writes `tag` with a free text of any length at `ebene`, folded into CONT lines at its line
 // breaks and CONC lines where a piece grows longer than about 100 characters; nothing for a
-// text of blanks and line breaks alone.
+// text of blanks and line breaks alone. A lone CR or LF and the other control characters but
+// the tab go out as blanks.
 void GEDtext(Exportlauf& lauf, std::int16_t ebene, const std::string& tag, const std::string& text);
 
 // The folded form of GEDtext without the output: the string that GEDtext hands to z.

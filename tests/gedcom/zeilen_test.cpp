@@ -29,12 +29,18 @@ TEST(GEDtext, FoldsAtLineBreaksAndLongPieces) {
     EXPECT_EQ(fold("   "), "");
     EXPECT_EQ(fold("  vorn bleibt  "), "1 NOTE   vorn bleibt");
     EXPECT_EQ(fold("x", 1, " CAUS "), "1 CAUS x");
-    // A single CR or LF is no line break here.
-    EXPECT_EQ(fold("a\nb"), "1 NOTE a\nb");
+    // A single CR or LF is no line break here; like any control character, it goes out as a
+    // blank, so that it can't break the line in the file.
+    EXPECT_EQ(fold("a\nb\rc\x01"
+                   "d\te"),
+              "1 NOTE a b c d\te");
     // "#CONT#" typed by the user breaks the line; a "#" restarts the count 7 characters on.
     EXPECT_EQ(fold("a#CONT#b"), "1 NOTE a\r\n2 CONT b");
     const std::string hashes = chars(90) + "#" + chars(105);
     EXPECT_EQ(fold(hashes), "1 NOTE " + hashes);
+    // A split never falls in front of a typed "CONT#", which the marker's "#" would complete.
+    EXPECT_EQ(fold(chars(101) + "CONT#" + chars(3, 'y')),
+              "1 NOTE " + chars(100) + "\r\n2 CONC xCONT#yyy");
     // Behind a line break a piece holds 102 characters.
     EXPECT_EQ(fold("a\r\n" + chars(103)), "1 NOTE a\r\n2 CONT " + chars(102) + "\r\n2 CONC x");
     // No place between two non-blank characters within 200: the split falls at 201.
