@@ -139,12 +139,15 @@ double dateLiteralValue(std::string_view inside) {
 }
 
 std::string translate(std::string_view sql) {
+    // The store stops reading at a NUL: what stands behind it would vanish unseen.
+    if (sql.find('\0') != std::string_view::npos)
+        throw DatabaseError(err::SyntaxError, "A NUL character in the statement", {},
+                            std::string(sql));
     const std::vector<Token> tokens = tokenize(sql);
     std::string out;
     out.reserve(sql.size() + 16);
     const Token* previous = nullptr; // last token that isn't a blank
-    bool ended = false;              // a top-level ";" has been seen
-    int depth = 0;
+    bool ended = false;              // a ";" has been seen
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         const Token& t = tokens[i];
         if (t.kind == TokenKind::Space) {
@@ -195,11 +198,7 @@ std::string translate(std::string_view sql) {
                 previous = &t;
                 continue; // DELETE * FROM
             }
-            if (t.text == "(")
-                ++depth;
-            else if (t.text == ")")
-                --depth;
-            else if (t.text == ";" && depth <= 0)
+            if (t.text == ";") // the store ends a statement there, in parentheses too
                 ended = true;
             out += t.text == "&" ? std::string_view("||") : t.text;
             break;

@@ -31,7 +31,7 @@ struct Token {
 std::vector<Token> tokenize(std::string_view sql);
 
 // The SQL for the store. Throws folio::DatabaseError (naming the statement) on a second
-// statement, a malformed date literal or an unterminated literal.
+// statement, a NUL character, a malformed date literal or an unterminated literal.
 std::string translate(std::string_view sql);
 
 // The date number (days since 1899-12-30) of the inside of a date literal: "m-d-yyyy",

@@ -66,6 +66,10 @@ TEST(JetSql, RefusesASecondStatementAndUnterminatedLiterals) {
         EXPECT_EQ(e.number(), folio::err::CharactersAfterStatement);
         EXPECT_NE(std::string(e.what()).find("DELETE * FROM t"), std::string::npos);
     }
+    // The store ends a statement at any ";", in parentheses too.
+    EXPECT_THROW(translate("SELECT (1; DELETE * FROM t)"), folio::DatabaseError);
+    // Nor does anything hide behind a NUL, where the store stops reading.
+    EXPECT_THROW(translate(std::string("SELECT 1\0; DELETE * FROM t", 26)), folio::DatabaseError);
     EXPECT_THROW(translate("SELECT 'abc FROM t"), folio::DatabaseError);
     EXPECT_THROW(translate("SELECT [abc FROM t"), folio::DatabaseError);
 }
