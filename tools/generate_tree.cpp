@@ -115,7 +115,7 @@ struct Person {
 
 class Writer {
 public:
-    Writer(dao::Database& db, const Options& options) : db_(db), random_(options.seed) {
+    Writer(dao::Database& db, const Options& options) : random_(options.seed) {
         for (const char* t : {"Daten", "Ereignis", "Ereignis_DS", "Daten_DS", "Quellen_DS", "Ort",
                               "Dokument", "Notiz", "Bilder", "Adressen", "Adressen_DS"})
             tables_.push_back(db.OpenRecordset(t));
@@ -148,7 +148,6 @@ private:
             random_.below(static_cast<std::int64_t>(placeIds_.size())))];
     }
 
-    dao::Database& db_;
     Random random_;
     std::vector<std::unique_ptr<dao::Recordset>> tables_;
     std::vector<std::int64_t> placeIds_;

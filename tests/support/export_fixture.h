@@ -11,6 +11,7 @@
 #include "frame/sprache.h"
 #include "gedcom/ausgabe.h"
 #include "gedcom/exportlauf.h"
+#include "support/formular_vorgabe.h"
 #include "support/gedcom_reader.h"
 #include "support/scripted_scope.h"
 #include "support/temp_dir.h"
@@ -56,22 +57,7 @@ struct ExportFixture : ::testing::Test {
         EXPECT_EQ(independentReaderProblems(gedcomFilesUnder(dir.path())), "");
     }
 
-    static void resetForm() {
-        AuswahlForm& form = Auswahl();
-        form.Zeichensatz(0).set("Value", Value(false));
-        form.Zeichensatz(1).set("Value", Value(true));
-        form.Zeichensatz(0).set("Caption", Value("Ansi"));
-        form.Zeichensatz(1).set("Caption", Value("UTF-8"));
-        form.Chancheck().set("Value", Value(0));
-        form.nur_auf_55().set("Value", Value(0));
-        for (int i = 0; i < 4; ++i)
-            form.Datenschutzcheck(i).set("Value", Value(1));
-        for (int i = 0; i < 7; ++i)
-            form.Verfasser(i).set("Text", Value(""));
-        form.Anmerkung().set("Text", Value(""));
-        form.Fortschritttext().set("Text", Value(""));
-        form.gedcom_zusaetze.clear();
-    }
+    static void resetForm() { formular_zuruecksetzen(); }
 
     // Adds a row to a table of the family tree: field names and values.
     void add(const std::string& table, std::initializer_list<std::pair<const char*, Value>> row) {

@@ -1,0 +1,2 @@
+SELECT * FROM Daten -- ;
+ WHERE (Counter = 1) /* ; */

@@ -1,0 +1,1 @@
+UPDATE Ereignis SET geaendert = #12-31-1999 23:59:59# WHERE vJahr < 1900 OR geaendert > #2001-2-3#

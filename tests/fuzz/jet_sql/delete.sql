@@ -1,0 +1,1 @@
+DELETE * FROM Ereignis_DS WHERE Ziel = 17;

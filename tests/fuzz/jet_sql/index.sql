@@ -1,0 +1,1 @@
+CREATE UNIQUE INDEX Daten_Counter ON Daten (Counter); 

@@ -1,0 +1,1 @@
+SELECT (SELECT Count(*) FROM Ort WHERE Oberort IN (1,2,3)) AS n FROM Daten WHERE Vater=5OR Mutter=6

@@ -1,0 +1,1 @@
+SELECT [Daten].[Counter], SURN & ", " & GIVN FROM Daten WHERE Markierung = TRUE AND GSort LIKE "18*" ORDER BY SURN

@@ -1,0 +1,1 @@
+SELECT * FROM Ort WHERE Name = 'O''Brien' OR Name = "Sag ""Hallo""" OR Name LIKE '[!a-c]#?*'
