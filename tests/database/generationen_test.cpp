@@ -289,23 +289,10 @@ TEST_F(Migration, ListTextsOfEventsHaveTheWordsOfTheirTypeAndWholeCharacters) {
 TEST_F(Aelteste, EachFailingReadWriteOrSyncOfTheMigrationLeavesAFileTheNextOpeningFinishes) {
     const std::string baum = baeume + "/Familie.SF6";
     auto vorbereiten = [&] {
-        alle_schliessen("");
-        DB.reset();
-        Fortschrittfrm().entladen();
-        for (const auto& f : std::filesystem::directory_iterator(baeume))
-            std::filesystem::remove(f.path());
+        neu_anfangen();
         alt::beispieldatei(Generation::Urform, baum);
-        scripted->shown.clear();
     };
-    auto oeffnen_lassen = [&]() -> std::string {
-        try {
-            if (oeffnen("Familie.SF6") == Geoeffnet::Ja)
-                return "";
-            return scripted->shown.empty() ? "?" : scripted->shown.back().text;
-        } catch (const Error& e) {
-            return e.what();
-        }
-    };
+    auto oeffnen_lassen = [&] { return oeffnen_versuchen("Familie.SF6"); };
     vorbereiten();
     const long long personen = [&] {
         auto db = dao::OpenDatabase(baum, false, true);
@@ -328,9 +315,7 @@ TEST_F(Aelteste, EachFailingReadWriteOrSyncOfTheMigrationLeavesAFileTheNextOpeni
             }
             for (const auto& f : std::filesystem::directory_iterator(baeume))
                 EXPECT_NE(f.path().extension(), ".part") << f.path();
-            alle_schliessen("");
-            DB.reset();
-            Fortschrittfrm().entladen();
+            schliessen();
             ASSERT_EQ(oeffnen("Familie.SF6"), Geoeffnet::Ja) << fehler << "\n" << messages();
             EXPECT_EQ(version(), "6.0.102");
             EXPECT_EQ(DB->OpenRecordset("SELECT count(*) FROM Daten")->get(0).toInt(), personen);

@@ -153,25 +153,11 @@ TEST_F(Abschnitte, AProcessKilledInTheMiddleOfAStepLosesOnlyThatStep) {
 }
 
 TEST_F(Abschnitte, EachFailingReadWriteOrSyncOfAnUpgradeStopsAtAStepTheNextOpeningFinishes) {
-    const std::string baum = baeume + "/Familie.SF6";
     auto vorbereiten = [&] {
-        alle_schliessen("");
-        DB.reset();
-        Fortschrittfrm().entladen();
-        for (const auto& f : fs::directory_iterator(baeume))
-            fs::remove(f.path());
+        neu_anfangen();
         version_5_0_220();
-        scripted->shown.clear();
     };
-    auto oeffnen_lassen = [&]() -> std::string {
-        try {
-            if (oeffnen("Familie.SF6") == Geoeffnet::Ja)
-                return "";
-            return scripted->shown.empty() ? "?" : scripted->shown.back().text;
-        } catch (const Error& e) {
-            return e.what();
-        }
-    };
+    auto oeffnen_lassen = [&] { return oeffnen_versuchen("Familie.SF6"); };
     test::auf_fehlerhafter_platte(
         vorbereiten, oeffnen_lassen,
         [&](const stoerung::Plan&, bool ausgeloest, const std::string& fehler) {
@@ -180,11 +166,9 @@ TEST_F(Abschnitte, EachFailingReadWriteOrSyncOfAnUpgradeStopsAtAStepTheNextOpeni
                 EXPECT_NE(fehler.find("Familie"), std::string::npos) << fehler;
             }
             for (const auto& f : fs::directory_iterator(baeume))
-                EXPECT_EQ(f.path().extension() == ".part", false) << f.path();
+                EXPECT_NE(f.path().extension(), ".part") << f.path();
             // The file is at a finished step: the next opening finishes the chain.
-            alle_schliessen("");
-            DB.reset();
-            Fortschrittfrm().entladen();
+            schliessen();
             ASSERT_EQ(oeffnen("Familie.SF6"), Geoeffnet::Ja) << fehler << "\n" << messages();
             pruefen();
         });
