@@ -162,6 +162,11 @@ std::string translate(std::string_view sql) {
         // the store wants a blank between them.
         if (t.kind == TokenKind::Word && i > 0 && tokens[i - 1].kind == TokenKind::Number)
             out += ' ';
+        // The dialect knows no comments: "a--1" is a minus minus one and "/*" a division, but
+        // to the store they open a comment that would hide what follows, quotes and a ";" too.
+        if (!out.empty() && ((out.back() == '-' && t.text.front() == '-') ||
+                             (out.back() == '/' && t.text.front() == '*')))
+            out += ' ';
         switch (t.kind) {
         case TokenKind::Word:
             if (equalsNoCase(t.text, "TRUE"))

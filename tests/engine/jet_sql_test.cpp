@@ -68,6 +68,11 @@ TEST(JetSql, RefusesASecondStatementAndUnterminatedLiterals) {
     }
     // The store ends a statement at any ";", in parentheses too.
     EXPECT_THROW(translate("SELECT (1; DELETE * FROM t)"), folio::DatabaseError);
+    // Nor behind what the store would take for a comment and the dialect doesn't: there the
+    // quote opens a text that holds the ";".
+    EXPECT_EQ(translate("SELECT 1 /* \"x */ ; DELETE * FROM t; \""),
+              "SELECT 1 / * 'x */ ; DELETE * FROM t; '");
+    EXPECT_EQ(translate("SELECT 2--1, 3-(-1)"), "SELECT 2- -1, 3-(-1)");
     // Nor does anything hide behind a NUL, where the store stops reading.
     EXPECT_THROW(translate(std::string("SELECT 1\0; DELETE * FROM t", 26)), folio::DatabaseError);
     EXPECT_THROW(translate("SELECT 'abc FROM t"), folio::DatabaseError);
