@@ -40,7 +40,7 @@ std::optional<std::int64_t> Durchlauf::ganzzahl(int spalte) const {
 RecordId Durchlauf::nummer(int spalte) const {
     if (typen_[static_cast<std::size_t>(spalte)] == FieldType::Currency)
         if (const auto n = ganzzahl(spalte))
-            return RecordId(*n);
+            return RecordId::fromWhole(*n);
     return wert(spalte).toRecordId();
 }
 

@@ -9,6 +9,10 @@
 
 namespace folio {
 
+void RecordId::overflow(std::int64_t whole) {
+    throw Error(err::Overflow, "Overflow: " + std::to_string(whole) + " is no record number");
+}
+
 RecordId RecordId::fromDouble(double value) {
     const double scaled = value * Scale;
     if (!std::isfinite(scaled) || scaled >= 9.2233720368547758e18 ||

@@ -24,6 +24,13 @@ public:
         id.units_ = units;
         return id;
     }
+    // The whole number `whole`, as read from a file; throws folio::Error (overflow) where it
+    // lies beyond the range of the type (a damaged file), which the constructor doesn't check.
+    static RecordId fromWhole(std::int64_t whole) {
+        if (whole > MaxWhole || whole < -MaxWhole)
+            overflow(whole);
+        return RecordId(whole);
+    }
     // Rounds to four decimals, half to even, as a conversion to Currency does.
     // Throws folio::Error (overflow) outside the range of the type.
     static RecordId fromDouble(double value);
@@ -46,6 +53,9 @@ public:
     constexpr auto operator<=>(const RecordId&) const = default;
 
 private:
+    static constexpr std::int64_t MaxWhole = INT64_MAX / Scale;
+    [[noreturn]] static void overflow(std::int64_t whole);
+
     std::int64_t units_ = 0;
 };
 

@@ -43,7 +43,7 @@ Value spaltenwert(sqlite3_stmt* stmt, int column, FieldType type, bool dynamic) 
         return dynamicValue(stmt, column);
     case FieldType::Currency:
         if (storage == SQLITE_INTEGER)
-            return Value(RecordId(sqlite3_column_int64(stmt, column)));
+            return Value(RecordId::fromWhole(sqlite3_column_int64(stmt, column)));
         if (storage == SQLITE_FLOAT)
             return Value(RecordId::fromDouble(sqlite3_column_double(stmt, column)));
         return dynamicValue(stmt, column);

@@ -100,7 +100,7 @@ RecordId Value::toRecordId() const {
     case Kind::Currency:
         return std::get<RecordId>(v_);
     case Kind::Integer:
-        return RecordId(std::get<std::int64_t>(v_));
+        return RecordId::fromWhole(std::get<std::int64_t>(v_));
     case Kind::Text: {
         auto id = RecordId::parse(std::get<std::string>(v_));
         if (!id)

@@ -323,11 +323,12 @@ TEST_F(DamagedTree, AKindOfEventWhoseTagIsJunkGoesOutAsEven) {
     EXPECT_NE(ged.find("\r\n1 EVEN\r\n2 TYPE Standesamtliche Heirat\r\n"), std::string::npos);
 }
 
-// A whole number beyond the range of record numbers where a place's number belongs. Disabled
-// until the engine refuses such a number as an overflow where it reads it: its conversion of
-// a whole number to a record number multiplies past 64 bits, which the checked build stops.
-TEST_F(DamagedTree, DISABLED_ANumberBeyondTheRangeOfRecordNumbersEndsWithTheTreeNamed) {
+// A whole number beyond the range of record numbers where a place's number belongs: it is
+// refused as it is read, not multiplied past 64 bits into some other number.
+TEST_F(DamagedTree, ANumberBeyondTheRangeOfRecordNumbersEndsWithTheTreeNamed) {
     const std::string datei =
         mitSql("uebergross", "UPDATE Ereignis SET Ort = 4611686018427387904 WHERE Counter = 1");
-    pruefen("uebergross", datei);
+    const Result r = pruefen("uebergross", datei);
+    EXPECT_NE(r.output.find("4611686018427387904 is no record number"), std::string::npos)
+        << r.output;
 }

@@ -56,4 +56,9 @@ TEST(RecordId, ComparesAndHashesByValue) {
     EXPECT_EQ(RecordId::fromDouble(0.00005).units(), 0);
     EXPECT_EQ(RecordId::fromDouble(0.00015).units(), 2);
     EXPECT_THROW(RecordId::fromDouble(1e300), folio::Error);
+    // A whole number read from a file: the largest that fits is kept, one more is refused.
+    EXPECT_EQ(RecordId::fromWhole(922337203685477).text(), "922337203685477");
+    EXPECT_EQ(RecordId::fromWhole(-922337203685477).text(), "-922337203685477");
+    EXPECT_THROW(RecordId::fromWhole(922337203685478), folio::Error);
+    EXPECT_THROW(RecordId::fromWhole(INT64_MIN), folio::Error);
 }
