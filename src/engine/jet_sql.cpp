@@ -162,11 +162,7 @@ std::string translate(std::string_view sql) {
         // the store wants a blank between them.
         if (t.kind == TokenKind::Word && i > 0 && tokens[i - 1].kind == TokenKind::Number)
             out += ' ';
-        // The dialect knows no comments: "a--1" is a minus minus one and "/*" a division, but
-        // to the store they open a comment that would hide what follows, quotes and a ";" too.
-        if (!out.empty() && ((out.back() == '-' && t.text.front() == '-') ||
-                             (out.back() == '/' && t.text.front() == '*')))
-            out += ' ';
+        const std::size_t anfang = out.size();
         switch (t.kind) {
         case TokenKind::Word:
             if (equalsNoCase(t.text, "TRUE"))
@@ -211,6 +207,13 @@ std::string translate(std::string_view sql) {
             out += t.text;
             break;
         }
+        // The dialect knows no comments: "a--1" and "a-TRUE" are a minus minus one, "/*" a
+        // division; to the store they would open a comment that hides what follows, quotes
+        // and a ";" too.
+        if (anfang > 0 && anfang < out.size() &&
+            ((out[anfang - 1] == '-' && out[anfang] == '-') ||
+             (out[anfang - 1] == '/' && out[anfang] == '*')))
+            out.insert(anfang, 1, ' ');
         previous = &t;
     }
     return out;

@@ -7,6 +7,7 @@
 #include "engine/record_id.h"
 #include "gedcom/ereignistabelle.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -70,12 +71,27 @@ struct Verknuepfung {
 // Whether a pass over a table meets a number for the first time. In a damaged tree a number
 // may stand on two records; the file gets one record of it, its first row (the one a seek
 // finds), as two records of one identifier would leave the file's pointers ambiguous.
+// The whole numbers from 1 up, which are nearly all, take a bit each: a pass over millions of
+// events stays fast and small.
 class ErstesMal {
 public:
-    bool operator()(RecordId nummer) { return gesehen_.insert(nummer).second; }
+    bool operator()(RecordId nummer) {
+        const std::int64_t ganz = nummer.units() / RecordId::Scale;
+        if (!nummer.isWhole() || ganz < 1 || ganz >= Bitgrenze)
+            return uebrige_.insert(nummer).second;
+        const auto i = static_cast<std::size_t>(ganz);
+        if (i >= bits_.size())
+            bits_.resize(std::max(i + 1, 2 * bits_.size()));
+        if (bits_[i])
+            return false;
+        bits_[i] = true;
+        return true;
+    }
 
 private:
-    std::unordered_set<RecordId> gesehen_;
+    static constexpr std::int64_t Bitgrenze = std::int64_t{1} << 27; // 16 MB of bits at most
+    std::vector<bool> bits_;
+    std::unordered_set<RecordId> uebrige_;
 };
 
 class Nachschlagetabellen {

@@ -72,7 +72,8 @@ TEST(JetSql, RefusesASecondStatementAndUnterminatedLiterals) {
     // quote opens a text that holds the ";".
     EXPECT_EQ(translate("SELECT 1 /* \"x */ ; DELETE * FROM t; \""),
               "SELECT 1 / * 'x */ ; DELETE * FROM t; '");
-    EXPECT_EQ(translate("SELECT 2--1, 3-(-1)"), "SELECT 2- -1, 3-(-1)");
+    EXPECT_EQ(translate("SELECT 2--1, 3-(-1), 4-TRUE, 5-#12-30-1899#, 6-#12-29-1899#"),
+              "SELECT 2- -1, 3-(-1), 4- -1, 5-0, 6- -1");
     // Nor does anything hide behind a NUL, where the store stops reading.
     EXPECT_THROW(translate(std::string("SELECT 1\0; DELETE * FROM t", 26)), folio::DatabaseError);
     EXPECT_THROW(translate("SELECT 'abc FROM t"), folio::DatabaseError);

@@ -1,3 +1,4 @@
+#include "gedcom/nachschlagen.h"
 #include "gedcom/orte.h"
 #include "gedcom/verknuepfungen.h"
 #include "support/export_fixture.h"
@@ -102,4 +103,21 @@ TEST_F(Links, ChangeStampsOnlyWhenAskedFor) {
     EXPECT_EQ(written([&](Exportlauf& l) { Chanschreiben(l, 2, stamp); }),
               "2 CHAN\r\n3 DATE 05 MAR 2004\r\n4 TIME 14:07\r\n");
     EXPECT_EQ(written([&](Exportlauf& l) { Chanschreiben(l, 1, Value()); }), "");
+}
+
+TEST(ErstesMalTest, EachNumberIsNewOnceWhereverItLies) {
+    ErstesMal erstes_mal;
+    const RecordId nummern[] = {RecordId(3),
+                                RecordId(1),
+                                RecordId(200000),
+                                RecordId(0),
+                                RecordId(-7),
+                                RecordId::fromUnits(15000),
+                                RecordId(std::int64_t{1} << 40)};
+    for (const RecordId n : nummern)
+        EXPECT_TRUE(erstes_mal(n)) << n.text();
+    for (const RecordId n : nummern)
+        EXPECT_FALSE(erstes_mal(n)) << n.text();
+    EXPECT_TRUE(erstes_mal(RecordId(2)));
+    EXPECT_TRUE(erstes_mal(RecordId::fromUnits(15001)));
 }
