@@ -81,7 +81,8 @@ public:
             return uebrige_.insert(nummer).second;
         const auto i = static_cast<std::size_t>(ganz);
         if (i >= bits_.size())
-            bits_.resize(std::max(i + 1, 2 * bits_.size()));
+            bits_.resize(
+                std::min(std::max(i + 1, 2 * bits_.size()), static_cast<std::size_t>(Bitgrenze)));
         if (bits_[i])
             return false;
         bits_[i] = true;
