@@ -31,7 +31,7 @@ void ortsnotiz(Exportlauf& lauf, dao::Recordset& ort) {
 
 void notiz(Exportlauf& lauf, dao::Recordset& n) {
     zeile(lauf, "0 @N" + nummer(n) + "@ NOTE");
-    zeile(lauf, 1, "TITL " + n.get("Name").text());
+    zeile(lauf, 1, "TITL " + textwert(n.get("Name").text()));
     const Value memo = n.get("Memo");
     if (!memo.isNull()) {
         const std::string klartext = rtf_klartext(memo.text());
@@ -43,7 +43,7 @@ void notiz(Exportlauf& lauf, dao::Recordset& n) {
 
 void quelle(Exportlauf& lauf, dao::Recordset& d, const std::string& anmerkung) {
     zeile(lauf, "0 @U" + nummer(d) + "@ SOUR");
-    zeile(lauf, 1, "TITL " + d.get("Listentext").text());
+    zeile(lauf, 1, "TITL " + textwert(d.get("Listentext").text()));
     const std::string klartext = rtf_klartext(d.get("Text").text());
     if (!isBlank(klartext))
         GEDtext(lauf, 1, "TEXT", klartext);
@@ -59,7 +59,7 @@ void quelle(Exportlauf& lauf, dao::Recordset& d, const std::string& anmerkung) {
 void adresse(Exportlauf& lauf, dao::Recordset& a) {
     // The address lines themselves come out inline where the address is linked.
     zeile(lauf, "0 @A" + nummer(a) + "@ ADDR");
-    zeile(lauf, 1, "TITL " + a.get("Listenname").text());
+    zeile(lauf, 1, "TITL " + textwert(a.get("Listenname").text()));
     const std::string klartext = rtf_klartext(a.get("Memo").text());
     if (!isBlank(klartext))
         GEDtext(lauf, 1, "TEXT", klartext);
@@ -78,10 +78,10 @@ std::string endung(const std::string& datei) {
 void medienkopf(Exportlauf& lauf, const std::string& praefix, const std::string& nr,
                 const std::string& datei, const std::string* titel) {
     zeile(lauf, "0 @" + praefix + nr + "@ OBJE");
-    zeile(lauf, 1, "FORM " + endung(datei));
+    zeile(lauf, 1, "FORM " + textwert(endung(datei)));
     if (titel)
-        zeile(lauf, 1, "TITL " + trimmed(*titel));
-    zeile(lauf, 1, "FILE " + trimmed(datei));
+        zeile(lauf, 1, "TITL " + textwert(trimmed(*titel)));
+    zeile(lauf, 1, "FILE " + textwert(trimmed(datei)));
     zeile(lauf, "1 BLOB ");
     zeile(lauf, "2 CONT ");
 }

@@ -34,8 +34,8 @@ void assoziierte(Exportlauf& lauf, std::int16_t nr, RecordId ereignis) {
     for (const Beteiligter& b : lauf.tabellen.beteiligte(ereignis)) {
         zeile(lauf, nr + 1, "ASSO @I" + b.quelle.text() + "@");
         zeile(lauf, nr + 2,
-              "RELA " + rolle(lauf, lauf.tabellen.beteiligtentext(b.asso),
-                              lauf.tabellen.beteiligtentext(b.ursprung)));
+              "RELA " + textwert(rolle(lauf, lauf.tabellen.beteiligtentext(b.asso),
+                                       lauf.tabellen.beteiligtentext(b.ursprung))));
     }
 }
 
@@ -87,14 +87,14 @@ void ereignis_schreiben(Exportlauf& lauf, std::int16_t nr, const Ereignistabelle
     // The cause as the tag's value, for the kinds that have it there.
     std::string tagwert;
     if (art.causAlsTag)
-        tagwert.append(" ").append(trimmed(grund));
+        tagwert.append(" ").append(textwert(trimmed(grund)));
     if (maxHP != art.maxhauptpersonen)
         return;
 
     const auto unter = static_cast<std::int16_t>(nr + 1);
     if (tag.empty()) {
         zeile(lauf, nr, "EVEN");
-        zeile(lauf, unter, "TYPE " + art.art);
+        zeile(lauf, unter, "TYPE " + textwert(art.art));
     } else {
         zeile(lauf, nr, tag + tagwert);
     }

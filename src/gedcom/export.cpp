@@ -71,7 +71,7 @@ void kopf_schreiben(Exportlauf& lauf) {
     GEDtext(lauf, 1, "NOTE", o.anmerkung);
 
     zeile(lauf, "0 @00001@ SUBM");
-    zeile(lauf, "1 NAME " + o.verfasser[0]);
+    zeile(lauf, "1 NAME " + textwert(o.verfasser[0]));
     const char* tags[] = {"ADDR", "PHON", "FAX ", "EMAIL", "WWW", "NOTE"};
     for (int i = 1; i <= 6; ++i)
         GEDtext(lauf, 1, tags[i - 1], o.verfasser[static_cast<std::size_t>(i)]);

@@ -15,7 +15,7 @@ void ortschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
     const OrtEintrag& ort = lauf.tabellen.ort(datensatz);
     if (!ort.markiert)
         return;
-    zeile(lauf, nr, "PLAC " + ort.name);
+    zeile(lauf, nr, "PLAC " + textwert(ort.name));
     if (ort.hat_text)
         zeile(lauf, nr + 1, "NOTE @ON" + ort.counter.text() + "@");
     Notizverknuepfungschreiben(lauf, static_cast<std::int16_t>(nr + 1), ort.notiz);
@@ -28,7 +28,7 @@ void Adresseschreiben(Exportlauf& lauf, std::int16_t nr, RecordId datensatz) {
         return;
     const auto unter = static_cast<std::int16_t>(nr + 1);
     GEDtext(lauf, nr, "ADDR", a.adresse);
-    zeile(lauf, unter, "TITL " + a.listenname);
+    zeile(lauf, unter, "TITL " + textwert(a.listenname));
     ortschreiben(lauf, unter, a.ort);
     if (!isBlank(a.memo))
         GEDtext(lauf, unter, "NOTE", a.memo);

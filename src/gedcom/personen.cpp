@@ -105,18 +105,18 @@ struct Assoziierter {
 void namen(Exportlauf& lauf, const Personenzeile& p, bool geschuetzt) {
     const std::string givn = p.text(GIVN);
     const std::string surn = p.text(SURN);
-    zeile(lauf, 1, "NAME " + (geschuetzt ? initiale(givn) : givn) + " /" + surn + "/");
+    zeile(lauf, 1, "NAME " + textwert((geschuetzt ? initiale(givn) : givn) + " /" + surn + "/"));
     if (!isBlank(givn))
-        zeile(lauf, 2, "GIVN " + (geschuetzt ? initiale(givn) : trimmed(givn)));
+        zeile(lauf, 2, "GIVN " + textwert(geschuetzt ? initiale(givn) : trimmed(givn)));
     if (!isBlank(surn))
-        zeile(lauf, 2, "SURN " + trimmed(surn));
+        zeile(lauf, 2, "SURN " + textwert(trimmed(surn)));
     if (geschuetzt)
         return;
     for (const auto& [feld, tag] : std::array<std::pair<Feld, const char*>, 5>{
              {{ABBR, "ABBR"}, {NICK, "NICK"}, {NPFX, "NPFX"}, {NFSX, "NSFX"}, {SPFX, "SPFX"}}}) {
         const std::string wert = p.text(feld);
         if (!isBlank(wert))
-            zeile(lauf, 2, std::string(tag) + " " + trimmed(wert));
+            zeile(lauf, 2, std::string(tag) + " " + textwert(trimmed(wert)));
     }
     const std::string notiz = p.text(NameNOTE);
     if (!isBlank(notiz))
@@ -181,7 +181,7 @@ void person_schreiben(Exportlauf& lauf, const Personenzeile& p,
     zeile(lauf, 1, p.text(Geschlecht) == "M" ? "SEX M" : "SEX F");
     const std::string titl = p.text(TITL);
     if (!isBlank(titl) && !ohne_titel)
-        zeile(lauf, 1, "TITL " + trimmed(titl));
+        zeile(lauf, 1, "TITL " + textwert(trimmed(titl)));
     if (!ohne_lebensdaten) {
         const std::string occu = p.text(OCCU);
         if (!p.istNull(OCCU) && !isBlank(occu))
@@ -199,7 +199,7 @@ void person_schreiben(Exportlauf& lauf, const Personenzeile& p,
         Bildverknuepfungschreiben(lauf, 1, bild);
         Notizverknuepfungschreiben(lauf, 1, notiz);
         if (!isBlank(religion))
-            zeile(lauf, 1, "RELI " + trimmed(religion));
+            zeile(lauf, 1, "RELI " + textwert(trimmed(religion)));
     }
     Chanschreiben(lauf, 1, p.wert(Geaendert));
     if (!p.istNull(GUID))
@@ -208,7 +208,7 @@ void person_schreiben(Exportlauf& lauf, const Personenzeile& p,
         Quellenschreiben(lauf, 1, counter, "D");
     for (const Assoziierter& a : assoziierte) {
         zeile(lauf, 1, "ASSO @I" + a.ziel + "@");
-        zeile(lauf, 2, "RELA " + a.rolle);
+        zeile(lauf, 2, "RELA " + textwert(a.rolle));
     }
     familien(lauf, tabelle, counter, p.nummer(Vater), p.nummer(Mutter));
 }

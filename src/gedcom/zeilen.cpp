@@ -106,6 +106,12 @@ std::string z(Zeichensatz zeichensatz, const std::string& zeile) {
     return zeichensatz == Zeichensatz::Ansi ? toWindows1252(zeile) : utf8_text(zeile);
 }
 
+std::string textwert(std::string text) {
+    if (!text.empty() && text.front() == '@')
+        text.insert(0, 1, '@');
+    return text;
+}
+
 std::string einzeilig(std::string text) {
     for (char& c : text)
         if (static_cast<unsigned char>(c) < 0x20 && c != '\t')
@@ -143,12 +149,15 @@ std::string gedtext_gefaltet(std::int16_t ebene, const std::string& tag, const s
         if (c < 0x20 && c != U'\t')
             c = U' ';
     s = toUtf8(gefaltet);
-    // 5. The markers become lines.
+    // 5. The markers become lines, and a piece that begins with "@" begins with "@@" (see
+    // textwert); the control characters are blanks by now, so every line break is a marker's.
     const std::string folge = "\r\n" + std::to_string(ebene + 1);
     replaceAll(s, "#CONT#", folge + " CONT ");
     replaceAll(s, "#CONC#", folge + " CONC ");
+    replaceAll(s, folge + " CONT @", folge + " CONT @@");
+    replaceAll(s, folge + " CONC @", folge + " CONC @@");
     // 6. The tag's own line holds the first piece.
-    return std::to_string(ebene) + " " + trimmed(tag) + " " + s;
+    return std::to_string(ebene) + " " + trimmed(tag) + " " + textwert(std::move(s));
 }
 
 void GEDtext(Exportlauf& lauf, std::int16_t ebene, const std::string& tag,

@@ -21,6 +21,10 @@ std::string utf8_text(const std::string& text);
 // blank, so that no value from a tree or a user can end its line or begin a record.
 std::string einzeilig(std::string text);
 
+// A text of a tree or a user as the value of a line: a leading "@" doubled, as GEDCOM writes
+// an "@" of a text, so that no reader takes "@Hof Ulm@" for a pointer to a record.
+std::string textwert(std::string text);
+
 // Writes one line: z of it, made einzeilig, and CR LF. Every line but the folded text of
 // GEDtext goes out here.
 void zeile(Exportlauf& lauf, const std::string& text);

@@ -1,8 +1,9 @@
 // The folding of free texts into CONT and CONC lines. For any text and level: nothing for a
 // text of blanks and line breaks alone; else lines that each begin with their level and tag,
 // no CR or LF inside a line, no marker left, no piece longer than the folding allows; and
-// joined again (CONT as a line break, CONC as nothing) the lines give the text back as it was
-// given, its line breaks CR LF, its other control characters blanks, its right end trimmed.
+// joined again (CONT as a line break, CONC as nothing, a doubled "@" at a line's start as one)
+// the lines give the text back as it was given, its line breaks CR LF, its other control
+// characters blanks, its right end trimmed.
 #include "engine/text_util.h"
 #include "engine/utf8.h"
 #include "fuzz_check.h"
@@ -76,6 +77,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t gro
             wert = zeile.substr(conc.size());
         }
         pruefen(wert.find_first_of("\r\n") == std::string::npos, "a lone CR or LF in a line", text);
+        // A value that begins with "@" would read as a pointer; the text's own "@" is doubled.
+        if (!wert.empty() && wert.front() == '@') {
+            pruefen(wert.rfind("@@", 0) == 0, "a line's value begins with one @: " + zeile, text);
+            wert.erase(0, 1);
+        }
         pruefen(wert.find("#CONT#") == std::string::npos &&
                     wert.find("#CONC#") == std::string::npos,
                 "a marker is left in a line", text);

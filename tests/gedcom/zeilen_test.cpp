@@ -111,6 +111,17 @@ TEST_F(Lines, NoValueOfALineCanEndItOrBeginARecord) {
               }),
               "1 NAME Karl  0 TRLR  /Huber/\r\n1 TITL a b c  \td\x7f\r\n"
               "1 NOTE eins\r\n2 CONT zwei\r\n");
+    // Nor read as a pointer: a text's leading "@" is doubled, on each line of a folded one;
+    // the program's own pointers stay as they are.
+    EXPECT_EQ(written([](Exportlauf& l) {
+                  zeile(l, 1, "TITL " + textwert("@N1@"));
+                  zeile(l, 1, "FAMS @F1@");
+                  GEDtext(l, 1, "NOTE", "@U2@ und a@b\r\n@Hof@\r\nx@");
+              }),
+              "1 TITL @@N1@\r\n1 FAMS @F1@\r\n"
+              "1 NOTE @@U2@ und a@b\r\n2 CONT @@Hof@\r\n2 CONT x@\r\n");
+    EXPECT_EQ(fold(chars(101, 'a') + "@" + chars(99, 'b')),
+              "1 NOTE " + chars(101, 'a') + "\r\n2 CONC @@" + chars(99, 'b'));
     // Malformed UTF-8 goes out as the replacement character, or "?" in Ansi.
     EXPECT_EQ(written([](Exportlauf& l) { zeile(l, 1, "NAME a\xC3\x28"); }),
               "1 NAME a\xEF\xBF\xBD(\r\n");

@@ -76,8 +76,10 @@ inline std::vector<std::string> gedcomProblems(const std::string& file,
         if (l.level == 0 && !l.xref.empty() && !records.insert(l.xref).second)
             problems.push_back("record " + l.xref + " twice");
     for (const GedcomLine& l : parsed)
-        if (l.value.size() > 2 && l.value.front() == '@' && l.value.back() == '@' &&
-            !records.count(l.value) && !mayDangle.count(l.tag))
+        // A pointer is "@", an identifier without "@" and "@"; "@@" begins a text.
+        if (l.value.size() > 2 && l.value.front() == '@' &&
+            l.value.find('@', 1) == l.value.size() - 1 && !records.count(l.value) &&
+            !mayDangle.count(l.tag))
             problems.push_back("pointer " + l.value + " under " + l.tag + " has no record");
     if (lines)
         *lines = std::move(parsed);
