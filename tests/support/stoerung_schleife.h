@@ -68,7 +68,11 @@ inline void auf_fehlerhafter_platte(const std::function<void()>& vorbereiten,
                 const stoerung::Plan plan{art, n, voll};
                 if (!gewaehlt(plan))
                     continue;
-                SCOPED_TRACE(std::string(artname(plan)) + " " + std::to_string(n));
+                const std::string name = std::string(artname(plan)) + " " + std::to_string(n);
+                SCOPED_TRACE(name);
+                // A long run at every N says where it is, so that a crash names its plan.
+                if (std::getenv("FOLIO_TEST_IO_ALLE"))
+                    std::fprintf(stderr, "plan: %s\n", name.c_str());
                 vorbereiten();
                 stoerung::einrichten(plan);
                 const std::string fehler = lauf();
