@@ -36,10 +36,12 @@ inline const char* artname(const stoerung::Plan& p) {
     return p.art == stoerung::Art::Lesen ? "read" : p.art == stoerung::Art::Sync ? "sync" : "write";
 }
 
-// FOLIO_TEST_IO_NUR="write 465" (as a failure names it) runs that one plan alone.
+// FOLIO_TEST_IO_NUR="write 465" (as a failure names it) runs that one plan alone, "write" every
+// plan of that kind.
 inline bool gewaehlt(const stoerung::Plan& p) {
     const char* nur = std::getenv("FOLIO_TEST_IO_NUR");
-    return !nur || std::string(nur) == std::string(artname(p)) + " " + std::to_string(p.nummer);
+    return !nur || std::string(nur) == artname(p) ||
+           std::string(nur) == std::string(artname(p)) + " " + std::to_string(p.nummer);
 }
 
 // Runs `lauf` (after `vorbereiten`) on a failing disk for every plan; `pruefen` looks at the

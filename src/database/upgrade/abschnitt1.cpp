@@ -47,7 +47,7 @@ std::string ganze_tage(const DateTime& d) {
 
 // Step 2: the marks of name input, from the fields of an older version where it has them.
 void namensmarken(Lauf&) {
-    dao::Recordset& v = *rs_Version;
+    dao::Recordset& v = offen("Version");
     v.MoveFirst();
     v.Edit();
     const char* felder[] = {"KzTitelvor",    "KzTitelnach",      "KzRufnamevor",
@@ -81,10 +81,10 @@ void soundex_codes(Lauf& lauf) {
         }
     };
     lauf.fortschritt(40);
-    dao::Recordset& namen = *rs_Namen;
+    dao::Recordset& namen = offen("Namen");
     durchgang(namen, [&] { namen.set("Soundex", Value(soundex(namen.get("Namen").text()))); });
     lauf.fortschritt(50);
-    dao::Recordset& daten = *rs_Daten;
+    dao::Recordset& daten = offen("Daten");
     auto code = [](const std::string& name) {
         return name.empty() ? std::string(" ") : soundex(name);
     };
@@ -93,7 +93,7 @@ void soundex_codes(Lauf& lauf) {
         daten.set("NNSoundex", Value(code(daten.get("Nnamen").text())));
     });
     lauf.fortschritt(70);
-    dao::Recordset& ort = *rs_Ort;
+    dao::Recordset& ort = offen("Ort");
     durchgang(ort, [&] { ort.set("Soundex", Value(soundex(ort.get("Name").text()))); });
     lauf.fortschritt(90);
 }
@@ -107,7 +107,7 @@ void guid_anwender(Lauf& lauf) {
 }
 
 void personen_guids(Lauf& lauf) {
-    dao::Recordset& d = *rs_Daten;
+    dao::Recordset& d = offen("Daten");
     for (zum_anfang(d); !d.Eof(); d.MoveNext()) {
         d.Edit();
         d.set("GUID", Value(neue_guid()));
@@ -305,7 +305,8 @@ void kekuel_als_long(Lauf& lauf) {
         return;
     const Schritt s{16, "Daten", "Kekuel", {}, {}};
     ausfuehren(lauf, s, [&] {
-        rs_Daten->Close();
+        if (rs_Daten)
+            rs_Daten->Close();
         dao::TableDef daten = DB->tableDef("Daten");
         daten.DeleteField("Kekuel");
         daten.AppendField(dao::TableDef::CreateField("Kekuel", FieldType::Long));
@@ -328,10 +329,12 @@ void galerie(Lauf& lauf) {
     if (lauf.feld_fehlt("Galerie", "INI"))
         return;
     ausfuehren(lauf, {23, "Galerie", "INI", {}, {}}, [&] {
-        rs_Galerie->Close();
+        if (rs_Galerie)
+            rs_Galerie->Close();
         DB->tableDef("Galerie").DeleteField("INI");
         lauf.felder_anlegen({{"Galerie_DS", "Flowchart", T::Memo}});
-        rs_Galerie_DS->Close();
+        if (rs_Galerie_DS)
+            rs_Galerie_DS->Close();
         lauf.ausfuehren("UPDATE Galerie_DS SET Flowchart = 'X' ;");
         lauf.ausfuehren(
             "UPDATE Galerie SET Hintergrundbild = 'A4.gif' where Hintergrundbild = ' ' ;");

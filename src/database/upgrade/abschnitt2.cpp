@@ -21,7 +21,7 @@ void berufe_aus(Zeilenbalken& balken, int art, bool nur_leere) {
         DB->OpenRecordset("Select Counter,Grund FROM Ereignis WHERE Art = " + std::to_string(art) +
                           " AND Grund <> ' ' AND Bjahr = 0 ;");
     balken.maximum(*ereignisse);
-    dao::Recordset& daten = *rs_Daten;
+    dao::Recordset& daten = offen("Daten");
     daten.Index("Counter");
     for (; !ereignisse->Eof(); ereignisse->MoveNext()) {
         balken.weiter();
@@ -81,7 +81,8 @@ void abschnitt2(Lauf& lauf) {
             lauf.hinweis();
             lauf.felder_anlegen({{"Daten", "Kekuelnr", FieldType::Double}});
             lauf.ausfuehren("UPDATE Daten SET Kekuelnr = Kekuel ;");
-            rs_Daten->Close();
+            if (rs_Daten)
+                rs_Daten->Close();
             DB->tableDef("Daten").DeleteField("Kekuel");
             cursor_oeffnen("Daten");
         });
@@ -97,7 +98,7 @@ void abschnitt2(Lauf& lauf) {
         lauf.schritt(54, [&] {
             lauf.felder_anlegen({{"Ereignisdb", "CAUSasTAG", FieldType::Boolean}});
             lauf.ausfuehren("UPDATE Ereignisdb SET CAUSasTAG = 0 ;");
-            rs_Ereignisdb->Index("Index");
+            offen("Ereignisdb").Index("Index");
             causastag_uebernehmen();
         });
     }

@@ -10,20 +10,28 @@ namespace folio {
 
 namespace {
 
+// The catalogue's table of event types, open.
+dao::Recordset& katalog() {
+    if (!rs_Deutsch || !rs_Deutsch->isOpen())
+        throw Error(err::ObjectVariableNotSet, "The catalogue of event types isn't open");
+    return *rs_Deutsch;
+}
+
 bool im_katalog(long long index) {
-    rs_Deutsch->FindFirst("Index = " + std::to_string(index));
+    katalog().FindFirst("Index = " + std::to_string(index));
     return !rs_Deutsch->NoMatch();
 }
 
 bool in_der_datei(long long index) {
-    rs_Ereignisdb->Seek("=", Value(index));
-    return !rs_Ereignisdb->NoMatch();
+    dao::Recordset& typen = upgrade::offen("Ereignisdb");
+    typen.Seek("=", Value(index));
+    return !typen.NoMatch();
 }
 
 // Copies the current row of the catalogue; its order and its cause-as-tag stay behind.
 void ereignisdb_zeile_kopieren() {
-    dao::Recordset& von = *rs_Deutsch;
-    dao::Recordset& nach = *rs_Ereignisdb;
+    dao::Recordset& von = katalog();
+    dao::Recordset& nach = upgrade::offen("Ereignisdb");
     nach.AddNew();
     for (const char* feld :
          {"Index", "Art", "Text_vor", "Text_nach", "Level", "GedTAG", "Personenarten",
@@ -35,7 +43,7 @@ void ereignisdb_zeile_kopieren() {
 } // namespace
 
 void ereignisdb_uebernehmen(int index) {
-    rs_Ereignisdb->Index("Index");
+    upgrade::offen("Ereignisdb").Index("Index");
     if (in_der_datei(index) || !im_katalog(index))
         return;
     ereignisdb_zeile_kopieren();
@@ -52,7 +60,7 @@ void ereignisdb_uebernehmen(int index) {
 namespace upgrade {
 
 void causastag_uebernehmen() {
-    dao::Recordset& typen = *rs_Ereignisdb;
+    dao::Recordset& typen = offen("Ereignisdb");
     for (upgrade::zum_anfang(typen); !typen.Eof(); typen.MoveNext()) {
         if (!im_katalog(typen.get("Index").toInt()))
             continue;

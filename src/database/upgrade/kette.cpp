@@ -59,7 +59,7 @@ DateTime datum_aus_teilen(int tag, int monat, int jahr) {
 void datenbank_aktualisieren(std::string& pfad, std::string& datei, bool ohne_komprimieren) {
     Fortschrittfrm().set("MousePointer", Value(MausSanduhr));
     upgrade::Lauf lauf(pfad, datei);
-    if (rs_Version->RecordCount() == 0) // before any step changes the file
+    if (upgrade::offen("Version").RecordCount() == 0) // before any step changes the file
         throw ohne_versionszeile(DB->Name());
     const std::string version = upgrade::versionname();
     // A file without a version name counts as one of the old schema.
@@ -69,7 +69,7 @@ void datenbank_aktualisieren(std::string& pfad, std::string& datei, bool ohne_ko
     upgrade::abschnitt3(lauf);
 
     lauf.schritt(70, [] {
-        dao::Recordset& v = *rs_Version;
+        dao::Recordset& v = upgrade::offen("Version");
         v.MoveFirst();
         v.Edit();
         v.set("Versionname", Value(std::string(schema::CurrentVersion)));

@@ -51,6 +51,14 @@ std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle) {
     return *it->second;
 }
 
+dao::Recordset& offen(std::string_view tabelle) {
+    const std::unique_ptr<dao::Recordset>& rs = cursor_von(tabelle);
+    if (!rs || !rs->isOpen())
+        throw Error(err::ObjectVariableNotSet,
+                    "The table '" + std::string(tabelle) + "' of the family tree isn't open");
+    return *rs;
+}
+
 void cursor_oeffnen(std::string_view tabelle) {
     cursor_von(tabelle) = DB->OpenRecordset(tabelle, dao::RecordsetType::Table);
 }
@@ -64,7 +72,7 @@ void zum_anfang(dao::Recordset& rs) {
 }
 
 std::string versionname() {
-    dao::Recordset& v = *rs_Version;
+    dao::Recordset& v = offen("Version");
     if (!v.hasField("Versionname"))
         return "";
     v.MoveFirst();

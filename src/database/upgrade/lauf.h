@@ -31,6 +31,9 @@ struct NeuesFeld {
 
 // The long-lived cursor that holds a table of the family tree.
 std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle);
+// The table's cursor, open; a folio::Error that names the table where it isn't, as where a
+// failure passed over on the way (a full disk) left it unopened.
+dao::Recordset& offen(std::string_view tabelle);
 // Opens the table's cursor anew, under its global name.
 void cursor_oeffnen(std::string_view tabelle);
 

@@ -159,7 +159,7 @@ bool als_wort_enthalten(const std::string& text, const std::string& wort) {
 // A letter goes into the occurrences of a name of the name table, once.
 void vorkommen(RecordId name, const char* buchstabe) {
     fehler_ignorieren([&] {
-        dao::Recordset& namen = *rs_Namen;
+        dao::Recordset& namen = offen("Namen");
         namen.Index("Counter");
         namen.Seek("=", Value(name));
         if (namen.NoMatch())
@@ -265,7 +265,7 @@ void person_umwandeln(dao::Recordset& d) {
     auto ereignisse =
         DB->OpenRecordset("Select  Ziel FROM Ereignis_DS WHERE Quelle = " + person.sqlLiteral() +
                           " AND ursprung = 'D' ;");
-    dao::Recordset& e = *rs_Ereignis;
+    dao::Recordset& e = offen("Ereignis");
     e.Index("Counter");
     for (; !ereignisse->Eof(); ereignisse->MoveNext()) {
         e.Seek("=", ereignisse->get("Ziel"));
@@ -330,10 +330,11 @@ void ereignis_umwandeln(dao::Recordset& e, const ListentextQuellen& q) {
     const RecordId zweite = ereignis_hauptperson(q, erste, ereignis);
     std::string ort;
     fehler_ignorieren([&] {
-        rs_Ort->Index("Counter");
-        rs_Ort->Seek("=", e.get("Ort"));
-        if (!rs_Ort->NoMatch())
-            ort = rs_Ort->get("Name").text();
+        dao::Recordset& orte = offen("Ort");
+        orte.Index("Counter");
+        orte.Seek("=", e.get("Ort"));
+        if (!orte.NoMatch())
+            ort = orte.get("Name").text();
     });
     const std::string text =
         ereignis_text(q, "Listentext", erste, art, e.get("ca").text(), von.text, bis.text,
