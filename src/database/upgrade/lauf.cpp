@@ -51,6 +51,11 @@ std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle) {
     return *it->second;
 }
 
+Error dateifehler(const fs::filesystem_error& e, const std::string& was) {
+    return Error(e.code() == std::errc::no_space_on_device ? err::DiskFull : err::CannotOpenFile,
+                 was + ": " + e.code().message());
+}
+
 dao::Recordset& offen(std::string_view tabelle) {
     const std::unique_ptr<dao::Recordset>& rs = cursor_von(tabelle);
     if (!rs || !rs->isOpen())
@@ -141,11 +146,8 @@ void Lauf::hinweis() {
                 } catch (const fs::filesystem_error& e) {
                     const std::string kopie_pfad = kopie;
                     kopie.clear();
-                    throw Error(e.code() == std::errc::no_space_on_device ? err::DiskFull
-                                                                          : err::CannotOpenFile,
-                                "The copy of '" + datei_pfad.string() +
-                                    "' could not be written as '" + kopie_pfad +
-                                    "': " + e.code().message());
+                    throw dateifehler(e, "The copy of '" + datei_pfad.string() +
+                                             "' could not be written as '" + kopie_pfad + "'");
                 }
             }
         }

@@ -4,9 +4,11 @@
 // each step.
 #pragma once
 
+#include "engine/errors.h"
 #include "engine/field_type.h"
 #include "engine/recordset.h"
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -31,6 +33,10 @@ struct NeuesFeld {
 
 // The long-lived cursor that holds a table of the family tree.
 std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle);
+// A failure of the file system as the program's error, a full disk as such: `was` says what
+// couldn't be done, the system's words why.
+Error dateifehler(const std::filesystem::filesystem_error& e, const std::string& was);
+
 // The table's cursor, open; a folio::Error that names the table where it isn't, as where a
 // failure passed over on the way (a full disk) left it unopened.
 dao::Recordset& offen(std::string_view tabelle);

@@ -552,7 +552,11 @@ void felderarbeit() {
 void komprimieren(const std::string& datei) {
     FileBeside neu(datei);
     dao::engine().CompactDatabase(datei, neu.path().string());
-    neu.putInPlace();
+    try {
+        neu.putInPlace();
+    } catch (const fs::filesystem_error& e) {
+        throw dateifehler(e, "The compacted form of '" + datei + "' could not be put in its place");
+    }
 }
 
 } // namespace
