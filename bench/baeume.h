@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -80,8 +81,17 @@ inline void im_persongrid(long long persons, const std::function<void(Datengrid&
 inline int hauptprogramm(int argc, char** argv, const char* name,
                          const std::function<void(long long)>& lauf) {
     std::vector<long long> sizes;
-    for (int i = 1; i < argc; ++i)
-        sizes.push_back(std::stoll(argv[i]));
+    for (int i = 1; i < argc; ++i) {
+        char* ende = nullptr;
+        const long long n = std::strtoll(argv[i], &ende, 10);
+        if (ende == argv[i] || *ende != '\0' || n <= 0) {
+            std::fprintf(stderr,
+                         "usage: %s [PERSONS...]  (each a whole number above 0; '%s' is none)\n",
+                         name, argv[i]);
+            return 2;
+        }
+        sizes.push_back(n);
+    }
     if (sizes.empty())
         sizes = {10000, 100000};
     try {

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <string>
@@ -55,7 +56,17 @@ void createTable(dao::Database& db) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const long long rows = argc > 1 ? std::stoll(argv[1]) : 1000000;
+    long long rows = 1000000;
+    if (argc > 1) {
+        char* ende = nullptr;
+        rows = std::strtoll(argv[1], &ende, 10);
+        if (ende == argv[1] || *ende != '\0' || rows <= 0) {
+            std::fprintf(stderr,
+                         "usage: bench_database [ROWS [FOLDER]]  ('%s' is no number of rows)\n",
+                         argv[1]);
+            return 2;
+        }
+    }
     const std::filesystem::path folder =
         argc > 2 ? std::filesystem::path(argv[2]) : std::filesystem::temp_directory_path();
     const std::string path = (folder / "bench_database.SF6").string();
