@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace folio {
 
@@ -77,6 +78,14 @@ private:
     std::string statement_;
     std::string field_;
 };
+
+// A failure of the file system as the program's error, a full disk as such: `was` says what
+// couldn't be done, the system's words (where it gave any) why.
+inline Error dateifehler(std::error_code grund, std::string was) {
+    if (grund)
+        was.append(": ").append(grund.message());
+    return Error(grund == std::errc::no_space_on_device ? err::DiskFull : err::CannotOpenFile, was);
+}
 
 // Runs a stretch of work "with errors ignored": a failure of the program's own (any
 // folio::Error) ends the stretch and is passed over. Nothing else is caught: running out of

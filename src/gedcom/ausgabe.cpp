@@ -5,7 +5,6 @@
 #include "engine/stoerung.h"
 
 #include <cerrno>
-#include <cstring>
 
 namespace folio {
 
@@ -30,10 +29,8 @@ GedcomAusgabe::~GedcomAusgabe() {
 }
 
 void GedcomAusgabe::fehler(const std::string& was, int e) {
-    std::string text = "The GEDCOM file '" + ziel_ + "' " + was;
-    if (e > 0)
-        text.append(": ").append(std::strerror(e));
-    throw Error(e == ENOSPC ? err::DiskFull : err::CannotOpenFile, text);
+    throw dateifehler(e > 0 ? std::error_code(e, std::generic_category()) : std::error_code(),
+                      "The GEDCOM file '" + ziel_ + "' " + was);
 }
 
 void GedcomAusgabe::schreiber() {

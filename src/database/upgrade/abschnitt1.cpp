@@ -305,8 +305,7 @@ void kekuel_als_long(Lauf& lauf) {
         return;
     const Schritt s{16, "Daten", "Kekuel", {}, {}};
     ausfuehren(lauf, s, [&] {
-        if (rs_Daten)
-            rs_Daten->Close();
+        cursor_schliessen("Daten");
         dao::TableDef daten = DB->tableDef("Daten");
         daten.DeleteField("Kekuel");
         daten.AppendField(dao::TableDef::CreateField("Kekuel", FieldType::Long));
@@ -329,12 +328,10 @@ void galerie(Lauf& lauf) {
     if (lauf.feld_fehlt("Galerie", "INI"))
         return;
     ausfuehren(lauf, {23, "Galerie", "INI", {}, {}}, [&] {
-        if (rs_Galerie)
-            rs_Galerie->Close();
+        cursor_schliessen("Galerie");
         DB->tableDef("Galerie").DeleteField("INI");
         lauf.felder_anlegen({{"Galerie_DS", "Flowchart", T::Memo}});
-        if (rs_Galerie_DS)
-            rs_Galerie_DS->Close();
+        cursor_schliessen("Galerie_DS");
         lauf.ausfuehren("UPDATE Galerie_DS SET Flowchart = 'X' ;");
         lauf.ausfuehren(
             "UPDATE Galerie SET Hintergrundbild = 'A4.gif' where Hintergrundbild = ' ' ;");

@@ -81,8 +81,7 @@ void abschnitt2(Lauf& lauf) {
             lauf.hinweis();
             lauf.felder_anlegen({{"Daten", "Kekuelnr", FieldType::Double}});
             lauf.ausfuehren("UPDATE Daten SET Kekuelnr = Kekuel ;");
-            if (rs_Daten)
-                rs_Daten->Close();
+            cursor_schliessen("Daten");
             DB->tableDef("Daten").DeleteField("Kekuel");
             cursor_oeffnen("Daten");
         });

@@ -12,14 +12,13 @@ namespace {
 
 // The catalogue's table of event types, open.
 dao::Recordset& katalog() {
-    if (!rs_Deutsch || !rs_Deutsch->isOpen())
-        throw Error(err::ObjectVariableNotSet, "The catalogue of event types isn't open");
-    return *rs_Deutsch;
+    return upgrade::offen(rs_Deutsch, "The catalogue of event types");
 }
 
 bool im_katalog(long long index) {
-    katalog().FindFirst("Index = " + std::to_string(index));
-    return !rs_Deutsch->NoMatch();
+    dao::Recordset& k = katalog();
+    k.FindFirst("Index = " + std::to_string(index));
+    return !k.NoMatch();
 }
 
 bool in_der_datei(long long index) {

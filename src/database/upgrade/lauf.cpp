@@ -51,21 +51,24 @@ std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle) {
     return *it->second;
 }
 
-Error dateifehler(const fs::filesystem_error& e, const std::string& was) {
-    return Error(e.code() == std::errc::no_space_on_device ? err::DiskFull : err::CannotOpenFile,
-                 was + ": " + e.code().message());
+dao::Recordset& offen(const std::unique_ptr<dao::Recordset>& cursor, const std::string& wer) {
+    if (!cursor || !cursor->isOpen())
+        throw Error(err::ObjectVariableNotSet, wer + " isn't open");
+    return *cursor;
 }
 
 dao::Recordset& offen(std::string_view tabelle) {
-    const std::unique_ptr<dao::Recordset>& rs = cursor_von(tabelle);
-    if (!rs || !rs->isOpen())
-        throw Error(err::ObjectVariableNotSet,
-                    "The table '" + std::string(tabelle) + "' of the family tree isn't open");
-    return *rs;
+    return offen(cursor_von(tabelle),
+                 "The table '" + std::string(tabelle) + "' of the family tree");
 }
 
 void cursor_oeffnen(std::string_view tabelle) {
     cursor_von(tabelle) = DB->OpenRecordset(tabelle, dao::RecordsetType::Table);
+}
+
+void cursor_schliessen(std::string_view tabelle) {
+    if (const std::unique_ptr<dao::Recordset>& rs = cursor_von(tabelle))
+        rs->Close();
 }
 
 void zum_anfang(dao::Recordset& rs) {
@@ -146,8 +149,9 @@ void Lauf::hinweis() {
                 } catch (const fs::filesystem_error& e) {
                     const std::string kopie_pfad = kopie;
                     kopie.clear();
-                    throw dateifehler(e, "The copy of '" + datei_pfad.string() +
-                                             "' could not be written as '" + kopie_pfad + "'");
+                    throw dateifehler(e.code(), "The copy of '" + datei_pfad.string() +
+                                                    "' could not be written as '" + kopie_pfad +
+                                                    "'");
                 }
             }
         }
@@ -178,8 +182,7 @@ void Lauf::felder_anlegen(const std::vector<NeuesFeld>& felder) {
                 cursor_oeffnen(tabelle);
             tabelle = f.tabelle;
             fortschritt(stand += 10);
-            if (std::unique_ptr<dao::Recordset>& rs = cursor_von(tabelle))
-                rs->Close();
+            cursor_schliessen(tabelle);
         }
         dao::FieldDef def = dao::TableDef::CreateField(f.name, f.typ, f.groesse);
         def.AllowZeroLength = f.leer_erlaubt;

@@ -4,11 +4,9 @@
 // each step.
 #pragma once
 
-#include "engine/errors.h"
 #include "engine/field_type.h"
 #include "engine/recordset.h"
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -33,15 +31,15 @@ struct NeuesFeld {
 
 // The long-lived cursor that holds a table of the family tree.
 std::unique_ptr<dao::Recordset>& cursor_von(std::string_view tabelle);
-// A failure of the file system as the program's error, a full disk as such: `was` says what
-// couldn't be done, the system's words why.
-Error dateifehler(const std::filesystem::filesystem_error& e, const std::string& was);
-
-// The table's cursor, open; a folio::Error that names the table where it isn't, as where a
-// failure passed over on the way (a full disk) left it unopened.
+// The cursor, open; a folio::Error "<wer> isn't open" where it isn't, as where a failure
+// passed over on the way (a full disk) left it unopened.
+dao::Recordset& offen(const std::unique_ptr<dao::Recordset>& cursor, const std::string& wer);
+// The table's cursor, open, or an error that names the table.
 dao::Recordset& offen(std::string_view tabelle);
 // Opens the table's cursor anew, under its global name.
 void cursor_oeffnen(std::string_view tabelle);
+// Closes the table's cursor, where it has one, so that the table's design can change.
+void cursor_schliessen(std::string_view tabelle);
 
 // Moves a table cursor to its first row; an empty table is no error here.
 void zum_anfang(dao::Recordset& rs);

@@ -58,10 +58,7 @@ void ausfuehren(const std::string& sql) {
 }
 
 void schliessen(const char* tabelle) {
-    fehler_ignorieren([&] {
-        if (std::unique_ptr<dao::Recordset>& rs = cursor_von(tabelle))
-            rs->Close();
-    });
+    fehler_ignorieren([&] { cursor_schliessen(tabelle); });
 }
 
 void oeffnen(const char* tabelle) {
@@ -555,7 +552,8 @@ void komprimieren(const std::string& datei) {
     try {
         neu.putInPlace();
     } catch (const fs::filesystem_error& e) {
-        throw dateifehler(e, "The compacted form of '" + datei + "' could not be put in its place");
+        throw dateifehler(e.code(),
+                          "The compacted form of '" + datei + "' could not be put in its place");
     }
 }
 
